@@ -1,0 +1,59 @@
+// utils.cpp: fixed-path mapping, load pause and the safe formatter.
+#include "utils/utils.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdlib>
+
+std::string UTILS_MapeaRuta(const char *ruta)
+{
+    std::string resultado;
+    const char *raiz = std::getenv("CAMBIOIP_ROOT");
+    if (raiz != nullptr && raiz[0] != '\0') {
+        resultado = raiz;
+        // "/config" under "/tmp/root/" must not become "/tmp/root//config" (nor under "/" "//config").
+        while (!resultado.empty() && resultado.back() == '/')
+            resultado.pop_back();
+    }
+    if (ruta != nullptr)
+        resultado += ruta;
+    return resultado;
+}
+
+long UTILS_PausaCargaMs()
+{
+    constexpr long pausaSistema = 250;
+    const char *texto = std::getenv("CAMBIOIP_LOAD_PAUSE_MS");
+    if (texto == nullptr || texto[0] == '\0')
+        return pausaSistema;
+    errno = 0;
+    char *fin = nullptr;
+    long valor = std::strtol(texto, &fin, 10);
+    if (errno != 0 || *fin != '\0' || valor < 0)
+        return pausaSistema;
+    return valor;
+}
+
+std::string UTILS_FormateaV(const char *formato, std::va_list argumentos)
+{
+    if (formato == nullptr)
+        return {};
+    std::va_list copia;
+    va_copy(copia, argumentos);
+    int longitud = std::vsnprintf(nullptr, 0, formato, copia);
+    va_end(copia);
+    if (longitud <= 0)
+        return {};
+    std::string texto(static_cast<size_t>(longitud), '\0');
+    std::vsnprintf(texto.data(), texto.size() + 1, formato, argumentos);
+    return texto;
+}
+
+std::string UTILS_Formatea(const char *formato, ...)
+{
+    std::va_list argumentos;
+    va_start(argumentos, formato);
+    std::string texto = UTILS_FormateaV(formato, argumentos);
+    va_end(argumentos);
+    return texto;
+}
