@@ -1,0 +1,131 @@
+// cambioIP.cpp: request entry, command table and page-lock protocol.
+#include "cambioIP/cambioIP.h"
+#include "cambioIP/cambioIP_int.h"
+
+#include "gestfich/gestfich.h"
+#include "proccgilib/proccgilib.h"
+#include "utils/utils.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+// Command number when the request carries no form text or no "command" in it.
+constexpr long CIP_SinComando = 255;
+
+const char *const CIP_HtmlInicio = "<html><head></head><body>\n";
+const char *const CIP_HtmlFin = "</body></html>\n";
+const char *const CIP_HtmlComandoDesconocido =
+    "<h2><center><strong> ERROR! command unknown.<br> please contact technical support.</strong></center></h2>\n";
+
+// Command 5: the browser takes the page lock before it lets the operator edit, so that
+// the web, the front panel and the control daemon never change the units at once.
+// "1" when the daemon is busy, a command waits for it or the front panel holds the
+// unit; otherwise the web lock is (re)created and the answer is "0".
+int CIPINT_BloqueoWeb()
+{
+    const char *const ocupados[] = {GESTFICH_BloqueoControl, GESTFICH_FicheroComando, GESTFICH_BloqueoHBK};
+    for (const char *fichero : ocupados) {
+        if (GESTFICHINT_CheckFile(UTILS_MapeaRuta(fichero).c_str()) != 0) {
+            std::fputs("1", stdout);
+            return 1;
+        }
+    }
+    if (GESTFICHINT_CreateFile(UTILS_MapeaRuta(GESTFICH_BloqueoWeb).c_str()) != 0) {
+        std::fputs("1", stdout);
+        return 1;
+    }
+    std::fputs("0", stdout);
+    return 0;
+}
+
+// Command 6: releases the page lock; a missing lock is not an error.
+int CIPINT_DesbloqueoWeb()
+{
+    GESTFICHINT_DeleteFile(UTILS_MapeaRuta(GESTFICH_BloqueoWeb).c_str());
+    std::fputs("0", stdout);
+    return 0;
+}
+
+// One row of the command table. A handler either works without the form text (pages,
+// the lock protocol) or receives it (saves and unit operations); the lock answers are
+// the whole body, without the HTML wrapper.
+struct CIP_Comando {
+    long comando;
+    int (*sinFormulario)();
+    int (*conFormulario)(char *formulario);
+    bool envoltorio;
+};
+
+// Values of "command". Anything not listed (0, negatives, 7-9, 18, 19, 31, 32 and
+// above, 255) is answered as an unknown command.
+const CIP_Comando CIP_Comandos[] = {
+    {5, CIPINT_BloqueoWeb, nullptr, false},
+    {6, CIPINT_DesbloqueoWeb, nullptr, false},
+};
+
+const CIP_Comando *CIPINT_BuscaComandoTabla(long comando)
+{
+    for (const CIP_Comando &fila : CIP_Comandos)
+        if (fila.comando == comando)
+            return &fila;
+    return nullptr;
+}
+
+} // namespace
+
+bool CIPINT_BuscaCampo(const char *formulario, const char *clave, char *destino, size_t capacidad)
+{
+    if (formulario == nullptr || clave == nullptr)
+        return false;
+    const char *inicio = std::strstr(formulario, clave);
+    if (inicio == nullptr)
+        return false;
+    const char *fin = std::strchr(inicio, '&');
+    std::string par = fin != nullptr ? std::string(inicio, fin) : std::string(inicio);
+    GetValueKey(par.c_str(), {{clave, destino, capacidad}});
+    return true;
+}
+
+long CIPINT_LeeComando(const char *formulario)
+{
+    char valor[500] = {};
+    if (formulario == nullptr || !CIPINT_BuscaCampo(formulario, "command", valor, sizeof valor))
+        return CIP_SinComando;
+    return std::strtol(valor, nullptr, 10);
+}
+
+int CIP_Main()
+{
+    // A client that goes away, or a full disk, never cuts a save in half.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+
+    PROCCGI_Texto formulario(LoadInput());
+    std::printf("%s%c%c\n", "Content-Type:text/html;charset=UTF-8", 13, 10);
+
+    long comando = CIPINT_LeeComando(formulario.get());
+    const CIP_Comando *fila = CIPINT_BuscaComandoTabla(comando);
+    if (fila == nullptr || fila->conFormulario == nullptr)
+        formulario.reset();
+
+    bool envoltorio = fila == nullptr || fila->envoltorio;
+    if (envoltorio)
+        std::fputs(CIP_HtmlInicio, stdout);
+
+    if (fila == nullptr)
+        std::fputs(CIP_HtmlComandoDesconocido, stdout);
+    else if (fila->conFormulario != nullptr)
+        fila->conFormulario(formulario.get());
+    else
+        fila->sinFormulario();
+
+    if (envoltorio)
+        std::fputs(CIP_HtmlFin, stdout);
+    std::fflush(stdout);
+    return 0;
+}
