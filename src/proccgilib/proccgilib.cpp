@@ -212,3 +212,21 @@ void GetValueKeys(const char *formulario, std::initializer_list<CampoForm> campo
     for (char *par = strtok_r(copia.get(), "&", &resto); par != nullptr; par = strtok_r(nullptr, "&", &resto))
         GetValueKey(par, campos);
 }
+
+std::vector<PROCCGI_ParLinea> PROCCGI_ParesLinea(std::string_view lista)
+{
+    std::vector<std::string_view> piezas;
+    for (size_t inicio = 0;;) {
+        size_t fin = lista.find('_', inicio);
+        piezas.push_back(lista.substr(inicio, fin == std::string_view::npos ? std::string_view::npos : fin - inicio));
+        if (fin == std::string_view::npos)
+            break;
+        inicio = fin + 1;
+    }
+    std::vector<PROCCGI_ParLinea> pares;
+    if (lista.empty())
+        return pares;
+    for (size_t i = 0; i + 1 < piezas.size(); i += 2)
+        pares.push_back({std::strtol(std::string(piezas[i]).c_str(), nullptr, 10), std::string(piezas[i + 1])});
+    return pares;
+}

@@ -6,6 +6,9 @@
 #include <cstddef>
 #include <initializer_list>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
 
 // Largest POST body accepted; a larger announced CONTENT_LENGTH gives no form text.
 inline constexpr long PROCCGI_MaxPost = 1024L * 1024L;
@@ -50,3 +53,15 @@ char *FP_strdup(const char *texto);
 // whole for the next reader) and hands every piece to GetValueKey with the same list
 // of destinations.
 void GetValueKeys(const char *formulario, std::initializer_list<CampoForm> campos);
+
+// One pair of a per-line value list: the 1-based line (input, channel, IP line or
+// service number) and its value.
+struct PROCCGI_ParLinea {
+    long linea;
+    std::string valor;
+};
+
+// Splits a per-line list "line_value_line_value..." at every '_' into pairs (a value
+// that itself holds '_' is split too; an empty value stays an empty value). A trailing
+// line number without a value is dropped; a line that is not a number reads as 0.
+std::vector<PROCCGI_ParLinea> PROCCGI_ParesLinea(std::string_view lista);

@@ -152,3 +152,30 @@ TEST(FP_strdup, CopiesOrPassesNull)
 }
 
 }  // namespace
+
+namespace {
+
+struct PairsCase {
+    const char *list;
+    std::vector<std::pair<long, std::string>> pairs;
+};
+
+class ParesLinea : public ::testing::TestWithParam<PairsCase> {};
+
+TEST_P(ParesLinea, SplitsAtEveryUnderscore)
+{
+    std::vector<std::pair<long, std::string>> got;
+    for (const PROCCGI_ParLinea &p : PROCCGI_ParesLinea(GetParam().list))
+        got.emplace_back(p.linea, p.valor);
+    EXPECT_EQ(got, GetParam().pairs);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ParesLinea,
+    ::testing::Values(PairsCase{"1_1_3_0", {{1, "1"}, {3, "0"}}}, PairsCase{"", {}}, PairsCase{"2", {}},
+                      PairsCase{"1_News_2_Sport", {{1, "News"}, {2, "Sport"}}},
+                      PairsCase{"1_My_Channel_2_x", {{1, "My"}, {0, "2"}}},
+                      PairsCase{"1__2_x", {{1, ""}, {2, "x"}}}, PairsCase{"1_a_2", {{1, "a"}}},
+                      PairsCase{"x_5", {{0, "5"}}}));
+
+}  // namespace
