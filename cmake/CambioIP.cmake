@@ -16,6 +16,6 @@ function(cambioip_test nombre)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
   add_executable(${nombre} ${ARG_SOURCES})
   target_link_libraries(${nombre} PRIVATE ${ARG_DEPS} cambioip_testsupport GTest::gtest GTest::gtest_main)
-  gtest_discover_tests(${nombre} DISCOVERY_TIMEOUT 60
+  gtest_discover_tests(${nombre} TEST_PREFIX "${nombre}." DISCOVERY_TIMEOUT 60
     PROPERTIES ENVIRONMENT "CAMBIOIP_LOAD_PAUSE_MS=0")
 endfunction()
