@@ -1,10 +1,12 @@
 // cambioIP.cpp: request entry, command table and page-lock protocol.
 #include "cambioIP/cambioIP.h"
 #include "cambioIP/cambioIP_int.h"
+#include "cambioIP/paginas.h"
 
 #include "gestfich/gestfich.h"
 #include "proccgilib/proccgilib.h"
 #include "utils/utils.h"
+#include "utilsXML/utilsXML.h"
 
 #include <csignal>
 #include <cstdio>
@@ -51,6 +53,34 @@ int CIPINT_DesbloqueoWeb()
     return 0;
 }
 
+} // namespace
+
+// The common pages and their saves: every family uses the same functions, except the
+// test page, whose QAM rows have an EAS column and whose other rows use the EU layout.
+const CIP_TablaPagina CIP_FuncionesListaUnidades = {
+    1, {CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades}};
+const CIP_TablaPagina CIP_FuncionesListaTest = {
+    1, {CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades}};
+const CIP_TablaPagina CIP_FuncionesConfigRed = {
+    0, {CIPINT_GeneraConfigRed, CIPINT_GeneraConfigRed, CIPINT_GeneraConfigRed, CIPINT_GeneraConfigRed}};
+const CIP_TablaPagina CIP_FuncionesTest = {
+    0, {CIPINT_GeneraTest, CIPINT_GeneraTestEU, CIPINT_GeneraTestEU, CIPINT_GeneraTestEU}};
+const CIP_TablaGrabar CIP_FuncionesGrabarRed = {
+    {CIPINT_GrabaConfigRed, CIPINT_GrabaConfigRed, CIPINT_GrabaConfigRed, CIPINT_GrabaConfigRed}};
+const CIP_TablaGrabar CIP_FuncionesGrabarTest = {
+    {CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest}};
+// The encoder input page chooses its layout from the family itself.
+// The IP input/output page chooses its layout (US for QAM) from the family itself.
+
+int CIP_MuestraInfoRed() { return CIPINT_GenerarPagina(&CIP_FuncionesConfigRed, 0); }
+int CIP_MuestraInfoTest() { return CIPINT_GenerarPagina(&CIP_FuncionesTest, 0); }
+int CIP_ListaUnidades() { return CIPINT_GenerarPagina(&CIP_FuncionesListaUnidades, 1); }
+int CIP_ListaTest() { return CIPINT_GenerarPagina(&CIP_FuncionesListaTest, 2); }
+int CIP_GrabaInfoRed(char *formulario) { return CIPINT_GrabarPagina(&CIP_FuncionesGrabarRed, formulario); }
+int CIP_GrabaInfoTest(char *formulario) { return CIPINT_GrabarPagina(&CIP_FuncionesGrabarTest, formulario); }
+
+namespace {
+
 // One row of the command table. A handler either works without the form text (pages,
 // the lock protocol) or receives it (saves and unit operations); the lock answers are
 // the whole body, without the HTML wrapper.
@@ -64,8 +94,14 @@ struct CIP_Comando {
 // Values of "command". Anything not listed (0, negatives, 7-9, 18, 19, 31, 32 and
 // above, 255) is answered as an unknown command.
 const CIP_Comando CIP_Comandos[] = {
+    {3, CIP_MuestraInfoRed, nullptr, true},
+    {4, nullptr, CIP_GrabaInfoRed, true},
     {5, CIPINT_BloqueoWeb, nullptr, false},
     {6, CIPINT_DesbloqueoWeb, nullptr, false},
+    {14, CIP_MuestraInfoTest, nullptr, true},
+    {15, CIP_ListaUnidades, nullptr, true},
+    {16, CIP_ListaTest, nullptr, true},
+    {22, nullptr, CIP_GrabaInfoTest, true},
 };
 
 const CIP_Comando *CIPINT_BuscaComandoTabla(long comando)
@@ -109,6 +145,8 @@ int CIP_Main()
     std::printf("%s%c%c\n", "Content-Type:text/html;charset=UTF-8", 13, 10);
 
     long comando = CIPINT_LeeComando(formulario.get());
+    // The CGI always works on the master's live configuration directory.
+    UTILSXML_SetLibMode(1);
     const CIP_Comando *fila = CIPINT_BuscaComandoTabla(comando);
     if (fila == nullptr || fila->conFormulario == nullptr)
         formulario.reset();
