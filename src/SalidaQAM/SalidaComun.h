@@ -1,0 +1,390 @@
+// SalidaComun: what every output module (QAM, COFDM, ISDB-T, COFDM/QAM-B) paints and saves
+// the same way, whatever its modulator: the cells of the status rows (LEDs, temperature,
+// resolution, versions), the order and model cells, the encoder-channel and IP-service lines
+// of the transport row, the select cell, and the per-line save of encoder channels and
+// selected IP-input services.
+//
+// How a family module uses it (SalidaQAM.cpp is the worked example):
+//
+//  * Status pages: SALCOMUN_LeeEstado(status, connected, channels, model) reads everything a
+//    quick or detailed status row and the advanced page's status block show, already escaped
+//    and composed; the module only picks the cells its own templates want (COFDM leaves out
+//    the EAS LED).
+//  * Configuration rows: SALCOMUN_PreparaFila gives the row's naming context (suffix, or
+//    "_tot" on the advanced page, where no previous-value twins are made). The SALCOMUN_Campo*
+//    builders paint one control plus its twin. A transport row is a set of SALCOMUN_Columna,
+//    one line per service: SALCOMUN_LineaCanal for encoder channel n, then, when the model has
+//    IP inputs, SALCOMUN_LineaServicio for every entry of SALCOMUN_ServiciosSeleccionados, the
+//    line numbers running on after the channels. The family adds its own columns (ATSC
+//    numbers on QAM, LCN on COFDM) on the same lines.
+//  * Select cell: "forzarconfig" + suffix, checked by SALCOMUN_MarcaForzar, followed by the
+//    row's hidden fields (SALCOMUN_Oculto) — "numcanales", "tipounidad" = family, ...
+//  * Saves: SALCOMUN_Valores reads a table of keys (500 bytes each) from the unit's form
+//    text; SALCOMUN_NumCanales checks "numcanales"; SALCOMUN_GrabaCampos writes per-unit keys
+//    in table order; SALCOMUN_LineasIP maps the posted lines above the channel count to their
+//    IP input and service ("entip", "lsnumserv", "ntotserv", "haysalidaip"), and
+//    SALCOMUN_GrabaListas writes every per-line list in table order, channel lines to the
+//    channel writer and service lines to the service writer (or drops them when it has none).
+//
+// Escaping: every document value is escaped where it enters a fragment; what these functions
+// return is composed HTML, to be put into a template as it is.
+#pragma once
+
+#include "cteshtml/cteshtml.h"
+
+#include <libxml/tree.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// ---------------------------------------------------------------------------
+// Fragments shared by the output modules
+// ---------------------------------------------------------------------------
+
+// One service's line inside a transport cell (several services stack in one cell).
+inline constexpr char htmllineadentrodecelda[] = "<div class='divlineadentrodecelda' >%s</div>";
+// The channel LEDs a unit does not have: "n/a" followed by a separator, and the last one.
+inline constexpr char htmlcanalnoaplicable[] = "<strong>%s</strong>&nbsp";
+inline constexpr char htmlcanalnoaplicablefin[] = "<strong>%s</strong>";
+// Cells of the detailed status row and of the advanced page's status block.
+inline constexpr char htmltemperatura[] = "%s&ordm;C %s&ordm;F";
+inline constexpr char htmlresolucion[] = "C1 %s/%s<br>%s%s%s";
+inline constexpr char htmlresolucionC2[] = "C2 %s/";
+inline constexpr char htmlversiones[] = "Hardware - %s<br>Software - %s<br>Boot - %s<br>O.S. - %s<br>User Interface - %s";
+// The read-only line number of an encoder channel's output name ("C1") and of an IP service's
+// ("IP1.2"), and the style that gives the caption its width.
+inline constexpr char htmlrotulocanal[] = "C%01d";
+inline constexpr char htmlrotuloservicio[] = "IP%d.%d";
+inline constexpr char htmlestilorotulo[] = "style='width:40px'";
+
+// Text of the cells of channels a unit does not have, and of an IP state that cannot be read.
+inline constexpr char SALCOMUN_NoAplica[] = "n/a";
+// Resolution and frame rate of a channel that is not encoding.
+inline constexpr char SALCOMUN_SinImagen[] = "--";
+// Value of the PID fields of an IP service (the unit keeps the input's PIDs).
+inline constexpr char SALCOMUN_PIDAuto[] = "auto";
+
+// Capacity of each value read from a save's form text.
+inline constexpr std::size_t SALCOMUN_TAMVALOR = 500;
+// Upgrade-options cell: output stops once this many characters have been written.
+inline constexpr std::size_t SALCOMUN_MAXOPCIONES = 296;
+// Most IP-service lines a transport save maps (255 inputs of 255 services fit).
+inline constexpr long SALCOMUN_MAXLINEASIP = 65535;
+
+// ---------------------------------------------------------------------------
+// Option tables
+// ---------------------------------------------------------------------------
+
+// One choice of a fixed select: the value posted and stored, and the label shown.
+struct SALCOMUN_Opcion {
+    const char *valor;
+    const char *texto;
+};
+
+// Value and label of the choice that leaves every unit as it is in the all-units row.
+inline constexpr char SALCOMUN_ValorSeleccionar[] = "99";
+inline constexpr char SALCOMUN_TextoSeleccionar[] = "Select";
+
+// The choices of a table, in table order; conSeleccionar appends 99 "Select" (all-units row).
+std::vector<CTESHTML_Opcion> SALCOMUN_Opciones(std::span<const SALCOMUN_Opcion> tabla, bool conSeleccionar = false);
+
+// An all-units select "<base>_all" with the table's choices and 99 "Select" chosen.
+std::string SALCOMUN_SelectTodas(std::string_view base, std::span<const SALCOMUN_Opcion> tabla,
+                                 std::string_view atributos);
+// The same for choices built at run time (channel plans, mode and step tables, number
+// ranges): the choices in their order, then 99 "Select", chosen.
+std::string SALCOMUN_SelectTodasOpciones(std::string_view base, std::vector<CTESHTML_Opcion> opciones,
+                                         std::string_view atributos);
+
+// ---------------------------------------------------------------------------
+// Reading the documents
+// ---------------------------------------------------------------------------
+
+using SALCOMUN_Lector0 = int (*)(xmlDocPtr, char *, uint16_t);
+using SALCOMUN_Lector1 = int (*)(xmlDocPtr, char *, uint16_t, uint8_t);
+using SALCOMUN_Lector2 = int (*)(xmlDocPtr, char *, uint16_t, uint8_t, uint8_t);
+
+// A value read through a store reader into a buffer of `tam` bytes (the pages' fixed sizes),
+// or `defecto` when the read fails.
+std::string SALCOMUN_Lee(SALCOMUN_Lector0 lector, xmlDocPtr documento, std::size_t tam,
+                         std::string_view defecto = {});
+std::string SALCOMUN_Lee(SALCOMUN_Lector1 lector, xmlDocPtr documento, std::size_t tam, uint8_t indice,
+                         std::string_view defecto = {});
+std::string SALCOMUN_Lee(SALCOMUN_Lector2 lector, xmlDocPtr documento, std::size_t tam, uint8_t entrada,
+                         uint8_t servicio, std::string_view defecto = {});
+
+// The first `n` bytes of a text, never cutting a UTF-8 character.
+std::string SALCOMUN_Corta(std::string_view texto, std::size_t n);
+
+// Whether the text holds a decimal separator ("," or ".").
+bool SALCOMUN_TieneDecimales(std::string_view texto);
+
+// A decimal number at the start of the text (strtol rules), or `defecto` without digits.
+long SALCOMUN_Numero(std::string_view texto, long defecto = 0);
+
+// ---------------------------------------------------------------------------
+// Status rows
+// ---------------------------------------------------------------------------
+
+// The eight LEDs of a unit's LED word, in word order (four bits each, least significant first).
+enum SALCOMUN_Led : int {
+    SALCOMUN_LedTemp = 0,
+    SALCOMUN_LedEAS,
+    SALCOMUN_LedCH1,
+    SALCOMUN_LedCH2,
+    SALCOMUN_LedCH3,
+    SALCOMUN_LedCH4,
+    SALCOMUN_LedOUT,
+    SALCOMUN_LedRFLoop,
+    SALCOMUN_NumLeds
+};
+
+// The unit's LED word (UTILSXML_STATUS_LeeLEDS as an unsigned decimal); 0 when unreadable.
+unsigned long SALCOMUN_LeeLeds(xmlDocPtr status);
+
+// State of one LED (0..11): its nibble, with 12..15 read as 0.
+int SALCOMUN_EstadoLed(unsigned long palabra, int led);
+
+// The eight LED cells of a unit with `canales` encoder channels: CH2 is "n/a" below two
+// channels, CH3 and CH4 below four (the same rule for a three-channel unit).
+std::array<std::string, SALCOMUN_NumLeds> SALCOMUN_CeldasLed(unsigned long palabra, uint8_t canales);
+
+// Whether channel 1..4 shows "--" for resolution and frame rate: its state is 0, 4, 6 or 12
+// and above.
+bool SALCOMUN_CanalSinImagen(unsigned long palabra, int canal);
+
+// "Resolution/Framerate": channel 1, channel 2 for two or more channels, channels 3 and 4
+// (htmlc3c4) for four; a channel in a "--" state shows "--" for both. The LED word is read
+// again from the document.
+std::string SALCOMUN_CeldaResolucion(xmlDocPtr status, uint8_t canales);
+// "Temp": Celsius and Fahrenheit.
+std::string SALCOMUN_CeldaTemperatura(xmlDocPtr status);
+// "Version Info": hardware, software, boot, O.S. and user interface.
+std::string SALCOMUN_CeldaVersiones(xmlDocPtr status);
+// "Upgrade Options": the text with every "." turned into "<br>", stopped at 296 characters.
+std::string SALCOMUN_CeldaOpciones(xmlDocPtr status);
+
+// The order cell: the order number, bold for the unit the browser is connected to.
+std::string SALCOMUN_CeldaOrden(std::string_view orden, bool conectada);
+// The model cell of a status row: the model text, or strJSMiunidad for the connected unit.
+std::string SALCOMUN_CeldaModeloEstado(std::string_view modelo, bool conectada);
+
+// Everything a status row or the advanced page's status block shows, escaped and composed.
+struct SALCOMUN_Estado {
+    std::string orden;                               // "#"
+    std::string modelo;                              // "Model"
+    std::array<std::string, SALCOMUN_NumLeds> leds;  // LED cells (SALCOMUN_CeldasLed)
+    std::string tabla;                               // "Output Table"
+    std::string canal;                               // "Output Channel"
+    std::string salidaIP;                            // "IP", "n/a" when unreadable
+    std::string watermarking;                        // "Watermarking ID"
+    std::string estado;                              // "STATUS"
+    std::string id;                                  // "ID"
+    std::string numSerie;                            // "Serial Number"
+    std::string temperatura;                         // "Temp"
+    std::string resolucion;                          // "Resolution/Framerate"
+    std::string versiones;                           // "Version Info"
+    std::string opciones;                            // "Upgrade Options"
+};
+
+SALCOMUN_Estado SALCOMUN_LeeEstado(xmlDocPtr status, bool conectada, uint8_t canales, std::string_view modelo);
+
+// ---------------------------------------------------------------------------
+// Configuration rows
+// ---------------------------------------------------------------------------
+
+// Naming context of one unit's configuration row or advanced-page section.
+struct SALCOMUN_Fila {
+    xmlDocPtr documento = nullptr;
+    bool conectada = false;    // the unit the browser is connected to
+    bool configTotal = false;  // advanced page: suffix "_tot", no previous-value twins
+    std::string sufijo;
+
+    // base + suffix
+    std::string Nombre(std::string_view base) const;
+    // base + line number + suffix (encoder channels and IP services alike)
+    std::string Nombre(std::string_view base, int linea) const;
+    // The previous-value twin of a control (htmlanterior); nothing on the advanced page.
+    std::string Anterior(std::string_view nombre, std::string_view valor) const;
+};
+
+// The suffix of the advanced page.
+inline constexpr char SALCOMUN_SufijoTotal[] = "_tot";
+
+// configTotal: suffix "_tot" whatever the engine passed; otherwise its suffix (empty for the
+// master).
+SALCOMUN_Fila SALCOMUN_PreparaFila(xmlDocPtr documento, int esMaster, const char *sufijo, bool configTotal);
+
+// One table cell holding one line per service.
+struct SALCOMUN_Columna {
+    std::string html;
+    void Linea(std::string_view contenido);  // wraps in htmllineadentrodecelda
+};
+
+// An integer text input (`plantilla` one of the htmlinput fragments) with the integer key
+// filter, strJSvalidaEntero(minimo, maximo) on blur, the change-tracking events and, when
+// `deshabilitado`, "disabled"; followed by its twin.
+std::string SALCOMUN_CampoEntero(const SALCOMUN_Fila &fila, const char *plantilla, const std::string &nombre, int tam,
+                                 int maxLongitud, int minimo, int maximo, std::string_view valor,
+                                 bool deshabilitado = false);
+// The same with strJSvalidaPID(minimo, maximo).
+std::string SALCOMUN_CampoPID(const SALCOMUN_Fila &fila, const std::string &nombre, int tam, int maxLongitud,
+                              int minimo, int maximo, std::string_view valor);
+// A select with the given events (and "disabled"), followed by its twin.
+std::string SALCOMUN_CampoSelect(const SALCOMUN_Fila &fila, const std::string &nombre, std::string_view eventos,
+                                 const std::vector<CTESHTML_Opcion> &opciones, std::string_view valor,
+                                 bool deshabilitado = false);
+// The output name of a line: its read-only caption ("C1", "IP1.2"), then a channel-name
+// input of size 6 with Compruebacambios on blur, and its twin.
+std::string SALCOMUN_CampoNombreCanal(const SALCOMUN_Fila &fila, std::string_view rotulo, const std::string &nombre,
+                                      int maxLongitud, std::string_view valor);
+// A read-only value shown as text (htmlinputlikecaption), "disabled" when asked.
+std::string SALCOMUN_CampoSoloLectura(const std::string &nombre, int tam, int maxLongitud, std::string_view valor,
+                                      bool deshabilitado);
+
+// Sizes of the common transport columns, which differ between families.
+struct SALCOMUN_MedidasLinea {
+    int maxNombre;  // maxlength of "cnam"
+    int tamPID;     // size of "svpid" / "sapid"
+    int tamSID;     // size of "svcid"
+};
+
+// The transport cells every family shows on each line, and the line's hidden fields.
+struct SALCOMUN_LineaTransporte {
+    std::string nombreEntrada;  // "IN Name"
+    std::string sidEntrada;     // "IN SID"
+    std::string nombreSalida;   // "OUT Name" ("cnam")
+    std::string pidVideo;       // "Video PID" ("svpid")
+    std::string pidAudio;       // "Audio PID" ("sapid")
+    std::string sidSalida;      // "OUT SID" ("svcid")
+    std::string ocultos;        // IP services: "entip" and "lsnumserv"
+};
+
+// Encoder channel `canal` (1..): "n/a" inputs, the channel's name, PIDs (48..8182) and service
+// id (1..65535).
+SALCOMUN_LineaTransporte SALCOMUN_LineaCanal(const SALCOMUN_Fila &fila, int canal, const SALCOMUN_MedidasLinea &medidas);
+
+// One selected service of an IP input.
+struct SALCOMUN_ServicioIP {
+    uint8_t entrada;
+    uint8_t servicio;
+};
+
+// The services whose SEL is 1, input by input (1..NUMINP), service by service (1..NUM).
+std::vector<SALCOMUN_ServicioIP> SALCOMUN_ServiciosSeleccionados(xmlDocPtr config);
+
+// Line `linea` of an IP service: its input name and service id read-only, "IP%d.%d" and its
+// output name, "auto" PIDs, its output service id, and the hidden "entip" / "lsnumserv".
+SALCOMUN_LineaTransporte SALCOMUN_LineaServicio(const SALCOMUN_Fila &fila, int linea, SALCOMUN_ServicioIP servicio,
+                                                const SALCOMUN_MedidasLinea &medidas);
+
+// The "#" and "Model" cells of a configuration row: the unit's ORDEN (bold for the connected
+// unit) and CTESHTML_CeldaModelo (the advanced-page link; "web connected" for the master).
+struct SALCOMUN_CeldasUnidad {
+    std::string orden;
+    std::string modelo;
+};
+SALCOMUN_CeldasUnidad SALCOMUN_CeldasConfig(const SALCOMUN_Fila &fila, const char *modelo);
+
+// The checked marker of the row's "forzarconfig" box: " checked=\"yes\" " when the unit's
+// CAMBIOSWEB begins with "1", else "".
+const char *SALCOMUN_MarcaForzar(xmlDocPtr config);
+
+// A hidden field (htmlinputhidden) named and identified base + suffix.
+std::string SALCOMUN_Oculto(const SALCOMUN_Fila &fila, std::string_view base, std::string_view valor);
+// The hidden fields every configuration row carries: "numcanales" ("%01d") and "tipounidad"
+// (the family index).
+std::string SALCOMUN_OcultosUnidad(const SALCOMUN_Fila &fila, uint8_t canales, int tipoUnidad);
+
+// Sum of the active encoder inputs' bit rates in kbit/s: video (Mbit/s, "." or "," as
+// separator) plus audio (the audio bit-rate choice 0 "96" .. 8 "384"), for inputs
+// 1..canales whose ACTIVA is '1'.
+unsigned long SALCOMUN_BitrateTotal(xmlDocPtr config, uint8_t canales);
+
+// Audio bit rates of the input page's choices, kbit/s by position.
+inline constexpr unsigned SALCOMUN_BitratesAudio[] = {96, 112, 128, 160, 192, 224, 256, 320, 384};
+
+// ---------------------------------------------------------------------------
+// Saves
+// ---------------------------------------------------------------------------
+
+// One key of a save: its name and whether the save refuses (7) a form without it.
+struct SALCOMUN_Clave {
+    const char *nombre;
+    bool requerida;
+};
+
+// The values of a table of keys in one unit's form text (decoded, each cut to 500 bytes).
+class SALCOMUN_Valores {
+  public:
+    SALCOMUN_Valores(const char *formulario, std::span<const SALCOMUN_Clave> claves);
+    // The value of a key of the table; "" when absent (or not in the table).
+    const char *operator[](std::string_view nombre) const;
+    // Whether a required key is absent or empty.
+    bool FaltaRequerida() const;
+
+  private:
+    struct Valor {
+        SALCOMUN_Clave clave;
+        std::array<char, SALCOMUN_TAMVALOR> texto;
+    };
+    std::vector<Valor> valores_;
+};
+
+// The channel count of "numcanales": 1..9, or 0 when the text is not such a decimal number.
+int SALCOMUN_NumCanales(std::string_view texto);
+
+using SALCOMUN_GrabaUnidad = int (*)(xmlDocPtr, const char *);
+using SALCOMUN_GrabaCanal = int (*)(xmlDocPtr, const char *, uint8_t);
+using SALCOMUN_GrabaServicio = int (*)(xmlDocPtr, const char *, uint8_t, uint8_t);
+
+// A per-unit key and its writer.
+struct SALCOMUN_CampoUnidad {
+    const char *clave;
+    SALCOMUN_GrabaUnidad graba;
+};
+
+// Writes every key of the table, in table order, as received; 6 when any writer failed (all
+// are tried), else 0.
+int SALCOMUN_GrabaCampos(xmlDocPtr config, const SALCOMUN_Valores &valores, std::span<const SALCOMUN_CampoUnidad> campos);
+
+// Which IP input and service each posted line above the channel count stands for.
+class SALCOMUN_LineasIP {
+  public:
+    // Handled only when "haysalidaip" is 1 and "ntotserv" exceeds the channel count. Then the
+    // "entip" and "lsnumserv" pairs fill the two byte arrays at line - numcanales - 1; a pair
+    // whose line is not above the count makes the lists invalid and a line above "ntotserv"
+    // is ignored. Returns 6 when the lists are invalid or cannot be held (nothing is handled
+    // then), else 0.
+    int Prepara(int numcanales, std::string_view haySalidaIP, std::string_view ntotserv, std::string_view entip,
+                std::string_view lsnumserv);
+    bool Activas() const { return activas_; }
+    // Whether the line is an IP service line being handled (channel count < line <= ntotserv).
+    bool Contiene(long linea) const;
+    SALCOMUN_ServicioIP Servicio(long linea) const;
+
+  private:
+    bool activas_ = false;
+    int numcanales_ = 0;
+    std::vector<uint8_t> entradas_;
+    std::vector<uint8_t> servicios_;
+};
+
+// A per-line key with the writer of its encoder-channel lines and that of its IP-service
+// lines (none: those lines are dropped).
+struct SALCOMUN_ListaLineas {
+    const char *clave;
+    SALCOMUN_GrabaCanal canal;
+    SALCOMUN_GrabaServicio servicio;
+};
+
+// Writes every list of the table, in table order: lines 1..numcanales to the channel, lines
+// the map holds to their IP input and service, other lines nowhere. 6 when any writer failed,
+// else 0.
+int SALCOMUN_GrabaListas(xmlDocPtr config, const SALCOMUN_Valores &valores, std::span<const SALCOMUN_ListaLineas> listas,
+                         int numcanales, const SALCOMUN_LineasIP &lineasIP);
