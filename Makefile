@@ -32,7 +32,8 @@ build: $(BUILD)/Makefile
 	cmake --build $(BUILD) -j$(JOBS)
 
 build-asan:
-	cmake -S . -B $(BUILD_ASAN) -DCAMBIOIP_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
+	cmake -S . -B $(BUILD_ASAN) -DCAMBIOIP_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug \
+	  -DCAMBIOIP_REFERENCE_CGI=$(CURDIR)/$(BUILD)/cambioIP.cgi
 	cmake --build $(BUILD_ASAN) -j$(JOBS)
 
 test-plain: build

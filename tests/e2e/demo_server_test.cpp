@@ -45,15 +45,19 @@ int freePort()
     return ntohs(address.sin_port);
 }
 
-// One HTTP/1.0 GET; the whole answer (status line, headers, body), or "" when the
-// server does not answer.
-std::string httpGet(int port, const std::string &target)
+// One HTTP/1.0 request (a POST when body is given); the whole answer (status line,
+// headers, body), or "" when the server does not answer.
+std::string httpRequest(int port, const std::string &target, const std::string *body = nullptr)
 {
     Socket s;
     sockaddr_in address = loopback(port);
     if (::connect(s.fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
         return "";
-    std::string request = "GET " + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n\r\n";
+    std::string request = body == nullptr
+                              ? "GET " + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n\r\n"
+                              : "POST " + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n"
+                                "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
+                                    std::to_string(body->size()) + "\r\n\r\n" + *body;
     if (::write(s.fd, request.data(), request.size()) != static_cast<ssize_t>(request.size()))
         return "";
     std::string answer;
@@ -95,7 +99,7 @@ TEST(DemoServer, TakesAndReleasesThePageLockOverHttp)
     std::string answer;
     for (int i = 0; i < 100 && answer.empty(); ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        answer = httpGet(port, "/cgi-bin/cambioIP.cgi?command=5");
+        answer = httpRequest(port, "/cgi-bin/cambioIP.cgi?command=5");
     }
     const std::string config = stateDir + "/demo-root/config/";
     EXPECT_EQ(answer.rfind("HTTP/1.0 200", 0), 0u) << answer;
@@ -104,9 +108,18 @@ TEST(DemoServer, TakesAndReleasesThePageLockOverHttp)
     EXPECT_EQ(access((config + "web.lock").c_str(), F_OK), 0) << "the lock lands in the demo's working root";
     EXPECT_EQ(access((config + "network.xml").c_str(), F_OK), 0) << "the working root is a copy of the rack";
 
-    EXPECT_EQ(bodyOf(httpGet(port, "/cgi-bin/cambioIP.cgi?command=5")), "0") << "taking it again succeeds";
-    EXPECT_EQ(bodyOf(httpGet(port, "/cgi-bin/cambioIP.cgi?command=6")), "0");
+    EXPECT_EQ(bodyOf(httpRequest(port, "/cgi-bin/cambioIP.cgi?command=5")), "0") << "taking it again succeeds";
+    EXPECT_EQ(bodyOf(httpRequest(port, "/cgi-bin/cambioIP.cgi?command=6")), "0");
     EXPECT_NE(access((config + "web.lock").c_str(), F_OK), 0);
+
+    // A save through the server changes the sample unit's document and queues it.
+    const std::string save = "command=4&sufijo=.010.000.000.021&networkipdir=10.0.0.21&networkmask=255.255.255.0"
+                             "&gateway=10.0.0.1&dhcp=0&orden=42";
+    std::string saved = bodyOf(httpRequest(port, "/cgi-bin/cambioIP.cgi", &save));
+    EXPECT_NE(saved.find("Unit with ip 10.0.0.21 added to the queue...<br>"), std::string::npos) << saved;
+    EXPECT_EQ(readFile(config + "fileschanged.list"), "network.010.000.000.021\n");
+    EXPECT_NE(readFile(config + "network.010.000.000.021.xml").find("<ORDEN>42</ORDEN>"), std::string::npos);
+    EXPECT_NE(bodyOf(httpRequest(port, "/cgi-bin/cambioIP.cgi?command=15")).find("tabadatos"), std::string::npos);
 
     ::kill(pid, SIGINT);
     int status = 0;

@@ -81,7 +81,9 @@ std::string CgiResult::body() const
     return out.compare(0, kHeader.size(), kHeader) == 0 ? out.substr(kHeader.size()) : out;
 }
 
-CgiResult runCgi(const TempRoot &root, const CgiRequest &request)
+CgiResult runCgi(const TempRoot &root, const CgiRequest &request) { return runCgiProgram(CAMBIOIP_CGI, root, request); }
+
+CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, const CgiRequest &request)
 {
     fs::path scratch = makeTempDir("run");
     fs::path inPath = scratch / "stdin", outPath = scratch / "stdout", errPath = scratch / "stderr";
@@ -113,7 +115,7 @@ CgiResult runCgi(const TempRoot &root, const CgiRequest &request)
     posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     posix_spawn_file_actions_addchdir_np(&actions, work.c_str());
 
-    std::string program = CAMBIOIP_CGI;
+    std::string program = programPath;
     char *argv[] = {program.data(), nullptr};
     pid_t pid = 0;
     CgiResult result;

@@ -51,6 +51,8 @@ struct CgiRequest {
 // Runs cambioIP.cgi with exactly the given variables plus CAMBIOIP_ROOT=root and
 // CAMBIOIP_LOAD_PAUSE_MS=0 (unless the request sets them itself).
 CgiResult runCgi(const TempRoot &root, const CgiRequest &request);
+// The same with another build of the program (the plain build, to compare outputs).
+CgiResult runCgiProgram(const std::string &program, const TempRoot &root, const CgiRequest &request);
 CgiResult runGet(const TempRoot &root, const std::string &query);
 CgiResult runPost(const TempRoot &root, const std::string &body);
 
