@@ -1,7 +1,12 @@
 // cambioIP.cpp: request entry, command table and page-lock protocol.
 #include "cambioIP/cambioIP.h"
 #include "cambioIP/cambioIP_int.h"
+#include "cambioIP/entrada.h"
+#include "cambioIP/operaciones.h"
 #include "cambioIP/paginas.h"
+#include "cambioIP/salida_ip.h"
+
+#include "SalidaQAM/SalidaQAM.h"
 
 #include "gestfich/gestfich.h"
 #include "proccgilib/proccgilib.h"
@@ -55,6 +60,16 @@ int CIPINT_DesbloqueoWeb()
 
 } // namespace
 
+// The output modules' pages and saves, one slot per family. The ISDB-T and COFDM/QAM-B
+// modules are not part of this program yet: their slots are empty and their units are
+// answered with "Device not supported".
+const CIP_TablaPagina CIP_FuncionesSondeoRapido = {1, {SALQAM_SondeoRapido, nullptr, nullptr, nullptr}};
+const CIP_TablaPagina CIP_FuncionesSondeoDetallado = {1, {SALQAM_SondeoDetallado, nullptr, nullptr, nullptr}};
+const CIP_TablaPagina CIP_FuncionesTransporte = {0, {SALQAM_GeneraTransporte, nullptr, nullptr, nullptr}};
+const CIP_TablaPagina CIP_FuncionesSalida = {0, {SALQAM_GeneraSalida, nullptr, nullptr, nullptr}};
+const CIP_TablaGrabar CIP_FuncionesGrTransporte = {{SALQAM_GrabaTransporte, nullptr, nullptr, nullptr}};
+const CIP_TablaGrabar CIP_FuncionesGrabarSalida = {{SALQAM_GrabaSalida, nullptr, nullptr, nullptr}};
+
 // The common pages and their saves: every family uses the same functions, except the
 // test page, whose QAM rows have an EAS column and whose other rows use the EU layout.
 const CIP_TablaPagina CIP_FuncionesListaUnidades = {
@@ -70,14 +85,32 @@ const CIP_TablaGrabar CIP_FuncionesGrabarRed = {
 const CIP_TablaGrabar CIP_FuncionesGrabarTest = {
     {CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest}};
 // The encoder input page chooses its layout from the family itself.
+const CIP_TablaPagina CIP_FuncionesConfigEntrada = {
+    0, {CIPINT_GeneraEntrada, CIPINT_GeneraEntrada, CIPINT_GeneraEntrada, CIPINT_GeneraEntrada}};
+const CIP_TablaGrabar CIP_FuncionesGrabarEntrada = {
+    {CIPINT_GrabaConfigEntrada, CIPINT_GrabaConfigEntrada, CIPINT_GrabaConfigEntrada, CIPINT_GrabaConfigEntrada}};
 // The IP input/output page chooses its layout (US for QAM) from the family itself.
+const CIP_TablaPagina CIP_FuncionesSalidaIP = {
+    0, {CIPINT_GeneraSalidaIP, CIPINT_GeneraSalidaIP, CIPINT_GeneraSalidaIP, CIPINT_GeneraSalidaIP}};
+const CIP_TablaGrabar CIP_FuncionesGrabarSalidaIP = {
+    {CIPINT_GrabaSalidaIP, CIPINT_GrabaSalidaIP, CIPINT_GrabaSalidaIP, CIPINT_GrabaSalidaIP}};
 
+int CIP_SondeoRapido() { return CIPINT_GenerarPagina(&CIP_FuncionesSondeoRapido, 0); }
+int CIP_SondeoDetallado() { return CIPINT_GenerarPagina(&CIP_FuncionesSondeoDetallado, 0); }
+int CIP_MuestraInfoTransporte() { return CIPINT_GenerarPagina(&CIP_FuncionesTransporte, 0); }
+int CIP_MuestraInfoSalida() { return CIPINT_GenerarPagina(&CIP_FuncionesSalida, 0); }
+int CIP_GrabaInfoTransporte(char *formulario) { return CIPINT_GrabarPagina(&CIP_FuncionesGrTransporte, formulario); }
+int CIP_GrabaInfoSalida(char *formulario) { return CIPINT_GrabarPagina(&CIP_FuncionesGrabarSalida, formulario); }
 int CIP_MuestraInfoRed() { return CIPINT_GenerarPagina(&CIP_FuncionesConfigRed, 0); }
 int CIP_MuestraInfoTest() { return CIPINT_GenerarPagina(&CIP_FuncionesTest, 0); }
+int CIP_MuestraInfoEntrada() { return CIPINT_GenerarPagina(&CIP_FuncionesConfigEntrada, 0); }
+int CIP_MuestraInfoOUTPUTIP() { return CIPINT_GenerarPagina(&CIP_FuncionesSalidaIP, 0); }
 int CIP_ListaUnidades() { return CIPINT_GenerarPagina(&CIP_FuncionesListaUnidades, 1); }
 int CIP_ListaTest() { return CIPINT_GenerarPagina(&CIP_FuncionesListaTest, 2); }
 int CIP_GrabaInfoRed(char *formulario) { return CIPINT_GrabarPagina(&CIP_FuncionesGrabarRed, formulario); }
 int CIP_GrabaInfoTest(char *formulario) { return CIPINT_GrabarPagina(&CIP_FuncionesGrabarTest, formulario); }
+int CIP_GrabaInfoEntrada(char *formulario) { return CIPINT_GrabarPagina(&CIP_FuncionesGrabarEntrada, formulario); }
+int CIP_GrabaInfoOUTPUTIP(char *formulario) { return CIPINT_GrabarPagina(&CIP_FuncionesGrabarSalidaIP, formulario); }
 
 namespace {
 
@@ -94,14 +127,27 @@ struct CIP_Comando {
 // Values of "command". Anything not listed (0, negatives, 7-9, 18, 19, 31, 32 and
 // above, 255) is answered as an unknown command.
 const CIP_Comando CIP_Comandos[] = {
+    {1, CIP_SondeoRapido, nullptr, true},
+    {2, CIP_SondeoDetallado, nullptr, true},
     {3, CIP_MuestraInfoRed, nullptr, true},
     {4, nullptr, CIP_GrabaInfoRed, true},
     {5, CIPINT_BloqueoWeb, nullptr, false},
     {6, CIPINT_DesbloqueoWeb, nullptr, false},
+    {10, CIP_MuestraInfoEntrada, nullptr, true},
+    {11, nullptr, CIP_GrabaInfoEntrada, true},
+    {12, CIP_MuestraInfoTransporte, nullptr, true},
+    {13, CIP_MuestraInfoSalida, nullptr, true},
     {14, CIP_MuestraInfoTest, nullptr, true},
     {15, CIP_ListaUnidades, nullptr, true},
     {16, CIP_ListaTest, nullptr, true},
+    {17, CIP_MuestraInfoOUTPUTIP, nullptr, true},
+    {20, nullptr, CIP_GrabaInfoTransporte, true},
+    {21, nullptr, CIP_GrabaInfoSalida, true},
     {22, nullptr, CIP_GrabaInfoTest, true},
+    {23, nullptr, CIP_GrabaInfoUpdate, true},
+    {26, nullptr, [](char *formulario) { TestWatermarking(formulario); return 0; }, true},
+    {27, nullptr, [](char *formulario) { EnvioComandosSTB(formulario); return 0; }, true},
+    {28, nullptr, CIP_GrabaInfoOUTPUTIP, true},
 };
 
 const CIP_Comando *CIPINT_BuscaComandoTabla(long comando)

@@ -57,6 +57,14 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo);
 // document as changed by the web and saves it.
 int CIPINT_GrabarPagina(const CIP_TablaGrabar *tabla, char *formulario);
 
+// The output modules' status, transport and output pages and saves.
+extern const CIP_TablaPagina CIP_FuncionesSondeoRapido;
+extern const CIP_TablaPagina CIP_FuncionesSondeoDetallado;
+extern const CIP_TablaPagina CIP_FuncionesTransporte;
+extern const CIP_TablaPagina CIP_FuncionesSalida;
+extern const CIP_TablaGrabar CIP_FuncionesGrTransporte;
+extern const CIP_TablaGrabar CIP_FuncionesGrabarSalida;
+
 // The tables of the common pages (unit list, network, test options) and of their saves,
 // one slot per output family.
 extern const CIP_TablaPagina CIP_FuncionesListaUnidades;
@@ -65,13 +73,27 @@ extern const CIP_TablaPagina CIP_FuncionesConfigRed;
 extern const CIP_TablaPagina CIP_FuncionesTest;
 extern const CIP_TablaGrabar CIP_FuncionesGrabarRed;
 extern const CIP_TablaGrabar CIP_FuncionesGrabarTest;
+extern const CIP_TablaPagina CIP_FuncionesConfigEntrada;
+extern const CIP_TablaGrabar CIP_FuncionesGrabarEntrada;
+extern const CIP_TablaPagina CIP_FuncionesSalidaIP;
+extern const CIP_TablaGrabar CIP_FuncionesGrabarSalidaIP;
 
 // Pages: the network and test pages show the units of the master's output family, the
 // unit list those of the master's model, the unit list for tests every unit.
+int CIP_SondeoRapido();
+int CIP_SondeoDetallado();
+int CIP_MuestraInfoTransporte();
+int CIP_MuestraInfoSalida();
+int CIP_GrabaInfoTransporte(char *formulario);
+int CIP_GrabaInfoSalida(char *formulario);
 int CIP_MuestraInfoRed();
 int CIP_MuestraInfoTest();
+int CIP_MuestraInfoEntrada();
+int CIP_MuestraInfoOUTPUTIP();
 int CIP_ListaUnidades();
 int CIP_ListaTest();
 // Saves of one unit's network settings and test choices from the form text.
 int CIP_GrabaInfoRed(char *formulario);
 int CIP_GrabaInfoTest(char *formulario);
+int CIP_GrabaInfoEntrada(char *formulario);
+int CIP_GrabaInfoOUTPUTIP(char *formulario);
