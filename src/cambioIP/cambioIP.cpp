@@ -6,6 +6,7 @@
 #include "cambioIP/paginas.h"
 #include "cambioIP/salida_ip.h"
 
+#include "SalidaCOFDM/SalidaCOFDM.h"
 #include "SalidaQAM/SalidaQAM.h"
 
 #include "gestfich/gestfich.h"
@@ -63,12 +64,12 @@ int CIPINT_DesbloqueoWeb()
 // The output modules' pages and saves, one slot per family. The ISDB-T and COFDM/QAM-B
 // modules are not part of this program yet: their slots are empty and their units are
 // answered with "Device not supported".
-const CIP_TablaPagina CIP_FuncionesSondeoRapido = {1, {SALQAM_SondeoRapido, nullptr, nullptr, nullptr}};
-const CIP_TablaPagina CIP_FuncionesSondeoDetallado = {1, {SALQAM_SondeoDetallado, nullptr, nullptr, nullptr}};
-const CIP_TablaPagina CIP_FuncionesTransporte = {0, {SALQAM_GeneraTransporte, nullptr, nullptr, nullptr}};
-const CIP_TablaPagina CIP_FuncionesSalida = {0, {SALQAM_GeneraSalida, nullptr, nullptr, nullptr}};
-const CIP_TablaGrabar CIP_FuncionesGrTransporte = {{SALQAM_GrabaTransporte, nullptr, nullptr, nullptr}};
-const CIP_TablaGrabar CIP_FuncionesGrabarSalida = {{SALQAM_GrabaSalida, nullptr, nullptr, nullptr}};
+const CIP_TablaPagina CIP_FuncionesSondeoRapido = {1, {SALQAM_SondeoRapido, SALCOFDM_SondeoRapido, nullptr, nullptr}};
+const CIP_TablaPagina CIP_FuncionesSondeoDetallado = {1, {SALQAM_SondeoDetallado, SALCOFDM_SondeoDetallado, nullptr, nullptr}};
+const CIP_TablaPagina CIP_FuncionesTransporte = {0, {SALQAM_GeneraTransporte, SALCOFDM_GeneraTransporte, nullptr, nullptr}};
+const CIP_TablaPagina CIP_FuncionesSalida = {0, {SALQAM_GeneraSalida, SALCOFDM_GeneraSalida, nullptr, nullptr}};
+const CIP_TablaGrabar CIP_FuncionesGrTransporte = {{SALQAM_GrabaTransporte, SALCOFDM_GrabaTransporte, nullptr, nullptr}};
+const CIP_TablaGrabar CIP_FuncionesGrabarSalida = {{SALQAM_GrabaSalida, SALCOFDM_GrabaSalida, nullptr, nullptr}};
 
 // The common pages and their saves: every family uses the same functions, except the
 // test page, whose QAM rows have an EAS column and whose other rows use the EU layout.

@@ -1,0 +1,545 @@
+// SalidaCOFDM.cpp: the COFDM module's page entries and row painters: quick and detailed
+// status, transport (DVB network identifiers, NIT and SDT versions, logical channel numbers,
+// service names, PIDs and ids, IP-input services) and output (channel plan and channel,
+// frequency step, level, mode and the OFDM settings, baud rate).
+#include "SalidaCOFDM/SalidaCOFDM.h"
+#include "SalidaCOFDM/SalidaCOFDM_int.h"
+
+#include "SalidaQAM/SalidaQAM.h"
+#include "utils/utils.h"
+#include "utilsXML/utilsXML.h"
+
+#include <array>
+#include <cstdio>
+#include <span>
+#include <type_traits>
+
+// The entries and saves fill the COFDM slots of the dispatch tables.
+static_assert(std::is_same_v<decltype(&SALCOFDM_SondeoRapido), CIP_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_SondeoDetallado), CIP_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_GeneraTransporte), CIP_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_GeneraSalida), CIP_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_GrabaTransporte), CIP_FuncionGrabar>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_GrabaSalida), CIP_FuncionGrabar>);
+
+namespace {
+
+// Buffer sizes of the page reads.
+constexpr std::size_t TAM_TEXTO = 50;
+constexpr std::size_t TAM_NOMBRE = 49;
+
+// Sizes of the COFDM transport columns shared with the other families.
+constexpr SALCOMUN_MedidasLinea SALCOFDMINT_Medidas = {20, 4, 4};
+
+// Identifiers edited as four hexadecimal digits.
+constexpr int TAM_HEXA = 4;
+constexpr unsigned HEXA_MAXIMO = 0xffff;
+
+void SALCOFDMINT_Imprime(const std::string &html)
+{
+    std::fwrite(html.data(), 1, html.size(), stdout);
+}
+
+// ---------------------------------------------------------------------------
+// Mode and option lists
+// ---------------------------------------------------------------------------
+
+bool SALCOFDMINT_EsModoQAM(long modo)
+{
+    return modo >= SALCOFDM_PrimerModoQAM && modo <= SALCOFDM_UltimoModoQAM;
+}
+
+// The stored mode as painted: 0..2 (OFDM) and 12..16 (QAM) as they are, anything else,
+// an unreadable mode included, as 0.
+int SALCOFDMINT_Modo(xmlDocPtr config)
+{
+    const long modo = SALCOMUN_Numero(SALCOMUN_Lee(UTILSXML_LeeSALCODFMMODO, config, TAM_TEXTO, "0"), -1);
+    const bool ofdm = modo >= 0 && modo <= SALCOFDM_UltimoModoOFDM;
+    return ofdm || SALCOFDMINT_EsModoQAM(modo) ? static_cast<int>(modo) : SALCOFDM_ModoDefecto;
+}
+
+std::vector<CTESHTML_Opcion> SALCOFDMINT_OpcionesModo()
+{
+    return CTESHTML_OpcionesTablas(ModosSalidaCOFDM, ValoresModosSalidaCOFDM, COFDM_NUMMODOSSALIDA);
+}
+
+// Plans 0..10, each with its name.
+std::vector<CTESHTML_Opcion> SALCOFDMINT_OpcionesPlan()
+{
+    std::vector<CTESHTML_Opcion> planes;
+    for (int plan = 0; plan < SALCOFDM_PlanesOfrecidos; ++plan)
+        planes.push_back(COFDM_OpcionTabla(plan));
+    return planes;
+}
+
+// The frequency steps of plan 0: 0..11 in OFDM modes, 0, 3, 6 and 9 in QAM modes.
+std::vector<CTESHTML_Opcion> SALCOFDMINT_OpcionesPaso(bool modoQAM)
+{
+    if (!modoQAM)
+        return CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, 0, SALCOFDM_UltimoPasoOFDM);
+    std::vector<CTESHTML_Opcion> pasos;
+    for (int paso : SALCOFDM_PasosQAM)
+        pasos.push_back(CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, paso, paso).front());
+    return pasos;
+}
+
+// NIT and SDT versions: 0..31 and 32 "Auto".
+std::vector<CTESHTML_Opcion> SALCOFDMINT_OpcionesVersion()
+{
+    std::vector<CTESHTML_Opcion> versiones = CTESHTML_OpcionesRango(0, SALCOFDM_UltimaVersion);
+    versiones.push_back({SALCOFDM_VersionAuto.valor, SALCOFDM_VersionAuto.texto});
+    return versiones;
+}
+
+// A number stored as text, printed back as the select's options carry it ("05" selects "5");
+// a text without digits is kept so that it selects nothing.
+std::string SALCOFDMINT_ValorOpcion(const std::string &texto, long numero)
+{
+    return numero >= 0 ? std::to_string(numero) : texto;
+}
+
+// ---------------------------------------------------------------------------
+// Field builders of the COFDM rows
+// ---------------------------------------------------------------------------
+
+// An identifier edited as four hexadecimal digits behind a read-only "0x".
+std::string SALCOFDMINT_CampoHexa(const SALCOMUN_Fila &fila, const std::string &nombre, unsigned minimo,
+                                  std::string_view valor)
+{
+    return std::string(htmlcaptioncerox) +
+           CTESHTML_Input(htmlinput, nombre, TAM_HEXA, nombre, strJSPermititHexa,
+                          UTILS_Formatea(strJSValidarHexa, minimo, HEXA_MAXIMO), strJSOnBlurOnChangeCompruebacambios,
+                          valor, TAM_HEXA) +
+           fila.Anterior(nombre, valor);
+}
+
+// A field the unit's mode does not use: the stored value goes back hidden, "n/a" is shown.
+std::string SALCOFDMINT_NoAplicable(const std::string &nombre, std::string_view valor)
+{
+    return UTILS_Formatea(htmlnoaplicablemodo, CTESHTML_Oculto(nombre, nombre, valor).c_str());
+}
+
+// ---------------------------------------------------------------------------
+// Transport row
+// ---------------------------------------------------------------------------
+
+// The fifteen DVB columns of the transport row, in page order.
+enum SALCOFDMINT_ColumnaTransporte : int {
+    COL_TSID,
+    COL_NTID,
+    COL_NNAM,
+    COL_ONID,
+    COL_NITVS,
+    COL_SDTVS,
+    COL_MLCN,
+    COL_SINTITULO,
+    COL_LCN,
+    COL_NOMBREENTRADA,
+    COL_SIDENTRADA,
+    COL_NOMBRESALIDA,
+    COL_SIDSALIDA,
+    COL_PIDVIDEO,
+    COL_PIDAUDIO,
+    COL_NUMCOLUMNAS
+};
+using SALCOFDMINT_Columnas = std::array<SALCOMUN_Columna, COL_NUMCOLUMNAS>;
+
+// The per-unit fields of the transport row, on its first line.
+enum class SALCOFDMINT_ClaseRed { Hexa, Nombre, Version, TipoLCN };
+struct SALCOFDMINT_CampoRed {
+    const char *base;
+    int columna;
+    SALCOFDMINT_ClaseRed clase;
+    SALCOMUN_Lector0 lector;
+    std::size_t tam;
+    const char *defecto;  // shown when the read fails
+};
+constexpr SALCOFDMINT_CampoRed SALCOFDMINT_CamposRed[] = {
+    {"tsid", COL_TSID, SALCOFDMINT_ClaseRed::Hexa, UTILSXML_LeeSALTSTSID, TAM_TEXTO, ""},
+    {"ntid", COL_NTID, SALCOFDMINT_ClaseRed::Hexa, UTILSXML_LeeSALTSNETwORKID, TAM_TEXTO, ""},
+    {"nnam", COL_NNAM, SALCOFDMINT_ClaseRed::Nombre, UTILSXML_LeeSALTSNETwORKNAME, TAM_NOMBRE, ""},
+    {"onid", COL_ONID, SALCOFDMINT_ClaseRed::Hexa, UTILSXML_LeeSALTSORIGNETID, TAM_TEXTO, ""},
+    {"nitvs", COL_NITVS, SALCOFDMINT_ClaseRed::Version, UTILSXML_LeeSALTSVersionNIT, TAM_TEXTO, SALCOFDM_VersionAuto.valor},
+    {"sdtvs", COL_SDTVS, SALCOFDMINT_ClaseRed::Version, UTILSXML_LeeSALTSVersionSDT, TAM_TEXTO, SALCOFDM_VersionAuto.valor},
+    {"mlcn", COL_MLCN, SALCOFDMINT_ClaseRed::TipoLCN, UTILSXML_LeeSALTSLCN, TAM_TEXTO, SALCOFDM_TipoLCNDefecto},
+};
+constexpr int TAM_NOMBRERED = 8;
+constexpr int MAX_NOMBRERED = 12;
+constexpr unsigned HEXA_MINIMO_RED = 0x1;
+
+std::string SALCOFDMINT_PintaCampoRed(const SALCOMUN_Fila &fila, const SALCOFDMINT_CampoRed &campo)
+{
+    const std::string nombre = fila.Nombre(campo.base);
+    const std::string valor = SALCOMUN_Lee(campo.lector, fila.documento, campo.tam, campo.defecto);
+    switch (campo.clase) {
+    case SALCOFDMINT_ClaseRed::Hexa:
+        return SALCOFDMINT_CampoHexa(fila, nombre, HEXA_MINIMO_RED, valor);
+    case SALCOFDMINT_ClaseRed::Nombre:
+        return CTESHTML_Input(htmlinputCHName, nombre, TAM_NOMBRERED, nombre, "", "Compruebacambios(this);", "", valor,
+                              MAX_NOMBRERED) +
+               fila.Anterior(nombre, valor);
+    case SALCOFDMINT_ClaseRed::Version:
+        return SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios, SALCOFDMINT_OpcionesVersion(),
+                                    valor);
+    case SALCOFDMINT_ClaseRed::TipoLCN:
+    default:
+        return SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios,
+                                    SALCOMUN_Opciones(SALCOFDM_TiposLCN), valor);
+    }
+}
+
+// "lcnn" of one line: the logical channel number 1..1023.
+std::string SALCOFDMINT_CampoLCN(const SALCOMUN_Fila &fila, int linea, std::string_view valor)
+{
+    return SALCOMUN_CampoEntero(fila, htmlinputLCN, fila.Nombre("lcnn", linea), 3, 4, 1, 1023, valor);
+}
+
+void SALCOFDMINT_AnadeLinea(SALCOFDMINT_Columnas &columnas, const SALCOMUN_LineaTransporte &comun,
+                            const std::string &lcn)
+{
+    columnas[COL_LCN].Linea(lcn);
+    columnas[COL_NOMBREENTRADA].Linea(comun.nombreEntrada);
+    columnas[COL_SIDENTRADA].Linea(comun.sidEntrada);
+    columnas[COL_NOMBRESALIDA].Linea(comun.nombreSalida);
+    columnas[COL_SIDSALIDA].Linea(comun.sidSalida);
+    columnas[COL_PIDVIDEO].Linea(comun.pidVideo);
+    columnas[COL_PIDAUDIO].Linea(comun.pidAudio + comun.ocultos);
+}
+
+// ---------------------------------------------------------------------------
+// Output row
+// ---------------------------------------------------------------------------
+
+// The settings only an OFDM signal has, each in its own div so that the page script can swap
+// it when the mode changes. No options: the cell id, edited in hexadecimal.
+struct SALCOFDMINT_CampoOFDM {
+    const char *base;
+    const char *div;
+    SALCOMUN_Lector0 lector;
+    std::span<const SALCOMUN_Opcion> opciones;
+};
+constexpr SALCOFDMINT_CampoOFDM SALCOFDMINT_CamposOFDM[] = {
+    {"bwsal", "divanchobanda", UTILSXML_LeeSALCODFMBW, SALCOFDM_AnchosBanda},
+    {"ingrd", "divintguarda", UTILSXML_LeeSALCODFMGUARDA, SALCOFDM_IntervalosGuarda},
+    {"fecsal", "divfecsal", UTILSXML_LeeSALCODFMFEC, SALCOFDM_FECs},
+    {"cellid", "divcellid", UTILSXML_LeeSALCODFMCELLID, {}},
+};
+constexpr std::size_t SALCOFDMINT_NumCamposOFDM = std::size(SALCOFDMINT_CamposOFDM);
+constexpr unsigned HEXA_MINIMO_CELDA = 0x0;
+
+std::string SALCOFDMINT_PintaCampoOFDM(const SALCOMUN_Fila &fila, const SALCOFDMINT_CampoOFDM &campo, bool modoQAM)
+{
+    const std::string nombre = fila.Nombre(campo.base);
+    const std::string valor = SALCOMUN_Lee(campo.lector, fila.documento, TAM_TEXTO);
+    std::string contenido;
+    if (modoQAM)
+        contenido = SALCOFDMINT_NoAplicable(nombre, valor);
+    else if (campo.opciones.empty())
+        contenido = SALCOFDMINT_CampoHexa(fila, nombre, HEXA_MINIMO_CELDA, valor);
+    else
+        contenido = SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios,
+                                         SALCOMUN_Opciones(campo.opciones), valor);
+    return CTESHTML_Div(campo.div + fila.sufijo, contenido);
+}
+
+// "outchn": with plan 0 the whole megahertz typed in, with a plan the plan's channel select.
+std::string SALCOFDMINT_WidgetCanal(const SALCOMUN_Fila &fila, int plan, const std::string &canal)
+{
+    const std::string nombre = fila.Nombre("outchn");
+    if (plan == 0)
+        return SALCOMUN_CampoEntero(fila, htmlinput3digitos, nombre, 3, 3, SALCOFDM_FrecuenciaMinima,
+                                    SALCOFDM_FrecuenciaMaxima, SALCOMUN_Corta(canal, 3));
+    return COFDM_SelectCanales(nombre, nombre, strJSOnBlurOnChangeCompruebacambios, plan, canal) +
+           fila.Anterior(nombre, std::to_string(COFDM_CanalSeleccionado(plan, canal)));
+}
+
+// "frecstep": with a plan the step is fixed and carried hidden; with plan 0 a select of the
+// steps the mode allows.
+std::string SALCOFDMINT_WidgetPaso(const SALCOMUN_Fila &fila, int plan, bool modoQAM, const std::string &paso)
+{
+    const std::string nombre = fila.Nombre("frecstep");
+    if (plan != 0)
+        return SALCOFDMINT_NoAplicable(nombre, SALCOFDM_PasoConPlan);
+    const long numero = SALCOMUN_Numero(paso, -1);
+    const std::string valor = modoQAM && numero >= SALCOFDM_PrimerPasoFueraQAM ? "0" : SALCOFDMINT_ValorOpcion(paso, numero);
+    return SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios, SALCOFDMINT_OpcionesPaso(modoQAM),
+                                valor);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// Row painters
+// ---------------------------------------------------------------------------
+
+int SALCOFDMINT_PintaLineaSondeo(xmlDocPtr status, int esMaster, int configTotal, int detallado, uint8_t canales,
+                                 const char *modelo, const char *sufijo)
+{
+    (void)sufijo;  // status rows carry no form fields
+    const SALCOMUN_Estado estado = SALCOMUN_LeeEstado(status, esMaster != 0, canales, modelo != nullptr ? modelo : "");
+    const auto &leds = estado.leds;
+    if (configTotal != 0) {
+        SALCOFDMINT_Imprime(UTILS_Formatea(
+            htmlConfigTotalUnitStatusCOFDM, leds[SALCOMUN_LedTemp].c_str(), leds[SALCOMUN_LedEAS].c_str(),
+            leds[SALCOMUN_LedCH1].c_str(), leds[SALCOMUN_LedCH2].c_str(), leds[SALCOMUN_LedCH3].c_str(),
+            leds[SALCOMUN_LedCH4].c_str(), leds[SALCOMUN_LedOUT].c_str(), leds[SALCOMUN_LedRFLoop].c_str(),
+            estado.resolucion.c_str(), estado.versiones.c_str()));
+    } else if (detallado != 0) {
+        SALCOFDMINT_Imprime(UTILS_Formatea(htmlsondeoDetaladoCOFDM, estado.orden.c_str(), estado.modelo.c_str(),
+                                           estado.id.c_str(), estado.numSerie.c_str(), estado.temperatura.c_str(),
+                                           estado.resolucion.c_str(), estado.versiones.c_str(),
+                                           estado.opciones.c_str()));
+    } else {
+        // A COFDM unit has no emergency-alert receiver: its LED is not shown.
+        SALCOFDMINT_Imprime(UTILS_Formatea(
+            htmlsondeorapidoCOFDM, estado.orden.c_str(), estado.modelo.c_str(), leds[SALCOMUN_LedTemp].c_str(),
+            leds[SALCOMUN_LedCH1].c_str(), leds[SALCOMUN_LedCH2].c_str(), leds[SALCOMUN_LedCH3].c_str(),
+            leds[SALCOMUN_LedCH4].c_str(), leds[SALCOMUN_LedOUT].c_str(), leds[SALCOMUN_LedRFLoop].c_str(),
+            estado.tabla.c_str(), estado.canal.c_str(), estado.salidaIP.c_str(), estado.watermarking.c_str(),
+            estado.estado.c_str()));
+    }
+    return 0;
+}
+
+int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales, int opciones,
+                                     const char *modelo, const char *sufijo)
+{
+    const SALCOMUN_Fila fila = SALCOMUN_PreparaFila(config, esMaster, sufijo, configTotal != 0);
+    const bool haySalidaIP = (opciones & 1) != 0;
+
+    SALCOFDMINT_Columnas columnas;
+    for (const SALCOFDMINT_CampoRed &campo : SALCOFDMINT_CamposRed)
+        columnas[campo.columna].Linea(SALCOFDMINT_PintaCampoRed(fila, campo));
+
+    int lineas = 0;
+    for (int canal = 1; canal <= canales; ++canal) {
+        const std::string lcn =
+            SALCOMUN_Lee(UTILSXML_LeeSALTSCanalLCN, config, TAM_TEXTO, static_cast<uint8_t>(canal));
+        SALCOFDMINT_AnadeLinea(columnas, SALCOMUN_LineaCanal(fila, canal, SALCOFDMINT_Medidas),
+                               SALCOFDMINT_CampoLCN(fila, canal, lcn));
+        ++lineas;
+    }
+    if (haySalidaIP) {
+        // The selected services of the IP inputs follow the channels, numbered on from them.
+        for (const SALCOMUN_ServicioIP servicio : SALCOMUN_ServiciosSeleccionados(config)) {
+            const int linea = ++lineas;
+            const std::string lcn = SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVICELCN, config, TAM_TEXTO, servicio.entrada,
+                                                 servicio.servicio);
+            SALCOFDMINT_AnadeLinea(columnas, SALCOMUN_LineaServicio(fila, linea, servicio, SALCOFDMINT_Medidas),
+                                   SALCOFDMINT_CampoLCN(fila, linea, lcn));
+        }
+    }
+    const std::string totalLineas = std::to_string(lineas);
+
+    if (fila.configTotal) {
+        // The advanced page carries "numcanales", "tipounidad" and "haysalidaip" itself; the
+        // line count goes with the lines so that their IP services can be stored.
+        columnas[COL_PIDAUDIO].html += SALCOMUN_Oculto(fila, "ntotserv", totalLineas);
+        SALCOFDMINT_Imprime(UTILS_Formatea(
+            htmlConfigTotalTransportConfigCOFDM, columnas[0].html.c_str(), columnas[1].html.c_str(),
+            columnas[2].html.c_str(), columnas[3].html.c_str(), columnas[4].html.c_str(), columnas[5].html.c_str(),
+            columnas[6].html.c_str(), columnas[7].html.c_str(), columnas[8].html.c_str(), columnas[9].html.c_str(),
+            columnas[10].html.c_str(), columnas[11].html.c_str(), columnas[12].html.c_str(),
+            columnas[13].html.c_str(), columnas[14].html.c_str()));
+        return 0;
+    }
+
+    const std::string ocultos = SALCOMUN_OcultosUnidad(fila, canales, SALCOFDM_TipoUnidad) +
+                                SALCOMUN_Oculto(fila, "haysalidaip", haySalidaIP ? "1" : "0") +
+                                SALCOMUN_Oculto(fila, "ntotserv", totalLineas);
+    const SALCOMUN_CeldasUnidad unidad = SALCOMUN_CeldasConfig(fila, modelo);
+    const std::string forzar = fila.Nombre("forzarconfig");
+    SALCOFDMINT_Imprime(UTILS_Formatea(
+        htmlinfotransporteCOFDM, unidad.orden.c_str(), unidad.modelo.c_str(), columnas[0].html.c_str(),
+        columnas[1].html.c_str(), columnas[2].html.c_str(), columnas[3].html.c_str(), columnas[4].html.c_str(),
+        columnas[5].html.c_str(), columnas[6].html.c_str(), columnas[7].html.c_str(), columnas[8].html.c_str(),
+        columnas[9].html.c_str(), columnas[10].html.c_str(), columnas[11].html.c_str(), columnas[12].html.c_str(),
+        columnas[13].html.c_str(), columnas[14].html.c_str(), forzar.c_str(), forzar.c_str(),
+        SALCOMUN_MarcaForzar(config), ocultos.c_str()));
+    return 0;
+}
+
+int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales,
+                                 const char *modelo, const char *sufijo)
+{
+    const SALCOMUN_Fila fila = SALCOMUN_PreparaFila(config, esMaster, sufijo, configTotal != 0);
+
+    // Plans 0..10 are offered; another stored plan selects nothing and, like an unreadable
+    // one, gets the typed frequency of plan 0.
+    const std::string tabla = SALCOMUN_Lee(UTILSXML_LeeSALCODFMTABLA, config, TAM_TEXTO);
+    const long numeroTabla = SALCOMUN_Numero(tabla, -1);
+    const bool planOfrecido = numeroTabla >= 0 && numeroTabla < SALCOFDM_PlanesOfrecidos;
+    const int plan = planOfrecido ? static_cast<int>(numeroTabla) : 0;
+    const std::string celdaTabla =
+        SALCOMUN_CampoSelect(fila, fila.Nombre("outtab"), strJSCambioTablacanalsalidaCOFDM, SALCOFDMINT_OpcionesPlan(),
+                             planOfrecido ? std::to_string(plan) : tabla);
+    const std::string celdaCanal =
+        CTESHTML_Div("divoutchn" + fila.sufijo,
+                     SALCOFDMINT_WidgetCanal(fila, plan, SALCOMUN_Lee(UTILSXML_LeeSALCODFMFREC, config, TAM_TEXTO)));
+
+    const int modo = SALCOFDMINT_Modo(config);
+    const bool modoQAM = SALCOFDMINT_EsModoQAM(modo);
+    const std::string celdaModo = SALCOMUN_CampoSelect(fila, fila.Nombre("outmod"), strJSCambioModoCOFDM,
+                                                       SALCOFDMINT_OpcionesModo(), std::to_string(modo));
+    const std::string celdaPaso = CTESHTML_Div(
+        "divfrecstep" + fila.sufijo,
+        SALCOFDMINT_WidgetPaso(fila, plan, modoQAM, SALCOMUN_Lee(UTILSXML_LeeSALCODFMFRECSTEP, config, TAM_TEXTO)));
+
+    const std::string celdaNivel = SALCOMUN_CampoEntero(fila, htmlinputLCN, fila.Nombre("outlev"), 2, 2, 0, 99,
+                                                        SALCOMUN_Lee(UTILSXML_LeeSALCODFMNIVEL, config, TAM_TEXTO));
+
+    std::array<std::string, SALCOFDMINT_NumCamposOFDM> celdasOFDM;
+    for (std::size_t i = 0; i < SALCOFDMINT_NumCamposOFDM; ++i)
+        celdasOFDM[i] = SALCOFDMINT_PintaCampoOFDM(fila, SALCOFDMINT_CamposOFDM[i], modoQAM);
+
+    // The baud rate is the cable signal's setting: editable in QAM modes only.
+    const std::string baudios = SALCOMUN_Lee(UTILSXML_LeeSALCODFMBAUDRATE, config, TAM_TEXTO);
+    const std::string valorBaudios = SALCOMUN_Corta(baudios, SALCOMUN_TieneDecimales(baudios) ? 5 : 1);
+    const std::string nombreBaudios = fila.Nombre("outbau");
+    const std::string celdaBaudios = CTESHTML_Div(
+        "divbaudrate" + fila.sufijo,
+        CTESHTML_Input(htmlinput, nombreBaudios, 5, nombreBaudios, strJSPermitirreales,
+                       UTILS_Formatea(strJSvalidaEntDecimales, "1", "7.2", 4),
+                       std::string(strJSOnBlurOnChangeCompruebacambios) + (modoQAM ? "" : " disabled"), valorBaudios,
+                       5) +
+            fila.Anterior(nombreBaudios, valorBaudios));
+
+    const std::string celdaSalida = SALCOMUN_CampoSelect(
+        fila, fila.Nombre("outout"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALQAM_TiposSalida),
+        SALCOMUN_Lee(UTILSXML_LeeSALCODFMSALIDA, config, TAM_TEXTO));
+    const bool bucle = SALCOMUN_Lee(UTILSXML_LeeSALCODFMLoopRF, config, TAM_TEXTO).starts_with('1');
+    const std::string nombreBucle = fila.Nombre("outrfl");
+    const std::string celdaBucle =
+        CTESHTML_Checkbox(nombreBucle, nombreBucle, bucle, strJSOnBlurOnChangeCompruebacambios) +
+        fila.Anterior(nombreBucle, bucle ? "1" : "0");
+
+    if (fila.configTotal) {
+        SALCOFDMINT_Imprime(UTILS_Formatea(htmlConfigTotalOutputConfigCOFDM, celdaTabla.c_str(), celdaCanal.c_str(),
+                                           celdaPaso.c_str(), celdaNivel.c_str(), celdaModo.c_str(),
+                                           celdasOFDM[0].c_str(), celdasOFDM[1].c_str(), celdasOFDM[2].c_str(),
+                                           celdasOFDM[3].c_str(), celdaBaudios.c_str(), celdaSalida.c_str(),
+                                           celdaBucle.c_str()));
+        return 0;
+    }
+
+    const std::string ocultos =
+        SALCOMUN_OcultosUnidad(fila, canales, SALCOFDM_TipoUnidad) +
+        SALCOMUN_Oculto(fila, "bitratetotal", UTILS_Formatea("%lu", SALCOMUN_BitrateTotal(config, canales)));
+    const SALCOMUN_CeldasUnidad unidad = SALCOMUN_CeldasConfig(fila, modelo);
+    const std::string forzar = fila.Nombre("forzarconfig");
+    SALCOFDMINT_Imprime(UTILS_Formatea(
+        htmlinfosalidaCOFDM, unidad.orden.c_str(), unidad.modelo.c_str(), celdaTabla.c_str(), celdaCanal.c_str(),
+        celdaPaso.c_str(), celdaNivel.c_str(), celdaModo.c_str(), celdasOFDM[0].c_str(), celdasOFDM[1].c_str(),
+        celdasOFDM[2].c_str(), celdasOFDM[3].c_str(), celdaBaudios.c_str(), celdaSalida.c_str(), celdaBucle.c_str(),
+        forzar.c_str(), forzar.c_str(), SALCOMUN_MarcaForzar(config), ocultos.c_str()));
+    return 0;
+}
+
+// ---------------------------------------------------------------------------
+// Page entries
+// ---------------------------------------------------------------------------
+
+int SALCOFDM_SondeoRapido(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
+                          const char *modelo, int, const char *sufijo, int, int)
+{
+    switch (modo) {
+    case 0:
+        SALCOFDMINT_Imprime(UTILS_Formatea(htmlsondeorapidoCabeceraCOFDM));
+        return 0;
+    case 1:
+        if (modelo == nullptr)
+            return 4;
+        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, 0, 0, canales, modelo, sufijo);
+    case 2:  // no values for all units on a status page
+        SALCOFDMINT_Imprime(htmlfintabla);
+        return 0;
+    case 3:
+        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, 1, 0, canales, modelo, sufijo);
+    default:
+        return 0;
+    }
+}
+
+int SALCOFDM_SondeoDetallado(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
+                             const char *modelo, int, const char *sufijo, int, int)
+{
+    switch (modo) {
+    case 0:
+        SALCOFDMINT_Imprime(UTILS_Formatea(htmlsondeoDetaladoCabeceraCOFDM));
+        return 0;
+    case 1:
+        if (modelo == nullptr)
+            return 4;
+        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, 0, 1, canales, modelo, sufijo);
+    case 2:
+        SALCOFDMINT_Imprime(htmlfintabla);
+        return 0;
+    case 3:  // the advanced page's status block is the same for both status pages
+        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, 1, 0, canales, modelo, sufijo);
+    default:
+        return 0;
+    }
+}
+
+int SALCOFDM_GeneraTransporte(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int opciones, int, int,
+                              const char *modelo, int fila, const char *sufijo, int, int)
+{
+    switch (modo) {
+    case 0:
+        SALCOFDMINT_Imprime(UTILS_Formatea(htmlinfotransporteinicioCOFDM));
+        return 0;
+    case 1:
+        if (modelo == nullptr)
+            return 4;
+        return SALCOFDMINT_PintaLineaTransporte(documento, esMaster, 0, canales, opciones, modelo, sufijo);
+    case 2: {
+        const std::string nit =
+            SALCOMUN_SelectTodasOpciones("nitvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodasCOFDM);
+        const std::string sdt =
+            SALCOMUN_SelectTodasOpciones("sdtvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodasCOFDM);
+        SALCOFDMINT_Imprime(UTILS_Formatea(htmlultimalineaTransporteCOFDM, fila, nit.c_str(), sdt.c_str()));
+        SALCOFDMINT_Imprime(htmlfintabla);
+        return 0;
+    }
+    case 3:
+        return SALCOFDMINT_PintaLineaTransporte(documento, esMaster, 1, canales, opciones, modelo, sufijo);
+    default:
+        return 0;
+    }
+}
+
+int SALCOFDM_GeneraSalida(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
+                          const char *modelo, int fila, const char *sufijo, int, int)
+{
+    switch (modo) {
+    case 0:
+        SALCOFDMINT_Imprime(UTILS_Formatea(htmlinfosalidainicioCOFDM));
+        return 0;
+    case 1:
+        if (modelo == nullptr)
+            return 4;
+        return SALCOFDMINT_PintaLineaSalida(documento, esMaster, 0, canales, modelo, sufijo);
+    case 2: {
+        const std::string tablas =
+            SALCOMUN_SelectTodasOpciones("outtab", SALCOFDMINT_OpcionesPlan(), strJSCambioTodasCOFDM);
+        const std::string pasos =
+            SALCOMUN_SelectTodasOpciones("frecstep", SALCOFDMINT_OpcionesPaso(false), strJSCambioTodasCOFDM);
+        const std::string modos =
+            SALCOMUN_SelectTodasOpciones("outmod", SALCOFDMINT_OpcionesModo(), strJSCambioTodasCOFDM);
+        const std::string anchos = SALCOMUN_SelectTodas("bwsal", SALCOFDM_AnchosBanda, strJSCambioTodasCOFDM);
+        const std::string guardas = SALCOMUN_SelectTodas("ingrd", SALCOFDM_IntervalosGuarda, strJSCambioTodasCOFDM);
+        const std::string fecs = SALCOMUN_SelectTodas("fecsal", SALCOFDM_FECs, strJSCambioTodasCOFDM);
+        const std::string salidas =
+            SALCOMUN_SelectTodas("outout", SALQAM_TiposSalidaTodas, strJSCambioSalidaTodasCOFDM);
+        SALCOFDMINT_Imprime(UTILS_Formatea(htmlultimalineaSalidaCOFDM, fila, tablas.c_str(), pasos.c_str(),
+                                           modos.c_str(), anchos.c_str(), guardas.c_str(), fecs.c_str(),
+                                           salidas.c_str()));
+        SALCOFDMINT_Imprime(htmlfintabla);
+        return 0;
+    }
+    case 3:
+        return SALCOFDMINT_PintaLineaSalida(documento, esMaster, 1, canales, modelo, sufijo);
+    default:
+        return 0;
+    }
+}
