@@ -3,6 +3,7 @@
 #include "cambioIP/cambioIP_int.h"
 #include "cambioIP/entrada.h"
 #include "cambioIP/operaciones.h"
+#include "cambioIP/operaciones_unidad.h"
 #include "cambioIP/paginas.h"
 #include "cambioIP/salida_ip.h"
 
@@ -146,9 +147,13 @@ const CIP_Comando CIP_Comandos[] = {
     {21, nullptr, CIP_GrabaInfoSalida, true},
     {22, nullptr, CIP_GrabaInfoTest, true},
     {23, nullptr, CIP_GrabaInfoUpdate, true},
+    {24, nullptr, CIP_MuestraTodalaCongif, true},
+    {25, nullptr, CIP_GrabaInfoTotal, true},
     {26, nullptr, [](char *formulario) { TestWatermarking(formulario); return 0; }, true},
     {27, nullptr, [](char *formulario) { EnvioComandosSTB(formulario); return 0; }, true},
     {28, nullptr, CIP_GrabaInfoOUTPUTIP, true},
+    {29, nullptr, CIP_MuestraListaServicios, true},
+    {30, nullptr, CIP_GrabaListServicios, true},
 };
 
 const CIP_Comando *CIPINT_BuscaComandoTabla(long comando)
