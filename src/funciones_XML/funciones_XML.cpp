@@ -291,7 +291,7 @@ bool construyeRutaINT(Dialecto dialecto, const char *patron, std::va_list &argum
             ++p;
             continue;
         }
-        // "%" plus flags and width ("%02X", "%1d"); a specification that would not fit
+        // "%" plus flags and width ("%02X", "%1d"); a conversion that would not fit
         // in `formato` ends at the character that does not fit.
         std::memset(formato, 0, sizeof(formato));
         formato[0] = '%';
@@ -309,7 +309,7 @@ bool construyeRutaINT(Dialecto dialecto, const char *patron, std::va_list &argum
             else
                 convierte(camino, letra, argumentos);
         } else if (letra == '%' && dialecto == Dialecto::escritura) {
-            // The specification assembled so far is written as it stands.
+            // The conversion text assembled so far is written as it stands.
             camino.anade(formato);
         } else {
             imprime("%s", dialecto == Dialecto::escritura ? "getXML default !!!!" : "getXML:AVISO:Modificador!!!");
