@@ -88,7 +88,7 @@ int CIP_MuestraTodalaCongif(char *formulario)
     CIPINT_DocumentoUnidad status = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 1), 1);
     CIPINT_ModeloUnidad modelo;
     if (status)
-        UTILSXML_STATUS_LeeTipoUnidad(status.get(), modelo.texto, sizeof modelo.texto);
+        UTILSXML_STATUS_LeeTipoUnidad(status.get(), modelo.texto, sizeof modelo.texto - 1);
     modelo.Resuelve();
 
     const std::string id = CIPINT_LeeEstado(UTILSXML_STATUS_LeeIdUnit, status.get(), 40);
@@ -149,7 +149,7 @@ int CIP_GrabaInfoTotal(char *formulario)
     }
 
     CIPINT_ModeloUnidad modelo;
-    if (UTILSXML_LeeTipoUnidad(documento.get(), modelo.texto, sizeof modelo.texto) != 0)
+    if (UTILSXML_LeeTipoUnidad(documento.get(), modelo.texto, sizeof modelo.texto - 1) != 0)
         std::strcpy(modelo.texto, "unknown");
     modelo.Resuelve();
     if (modelo.familia >= CIPINT_FamiliaDesconocida)
@@ -169,8 +169,9 @@ int CIP_GrabaInfoTotal(char *formulario)
     if (UTILSXML_GrabaDHCPActivo(documento.get(), dhcp[0] == '0' ? '0' : '1') != 0)
         CIPINT_ErrorGraveWeb(6);
 
-    char leida[300] = {};
-    if (UTILSXML_LeeIP(documento.get(), leida, sizeof leida) != 0)
+    // One byte more than the read: an address of exactly 300 bytes stays terminated.
+    char leida[300 + 1] = {};
+    if (UTILSXML_LeeIP(documento.get(), leida, sizeof leida - 1) != 0)
         std::strcpy(leida, "unknown");
     const std::string direccionHtml = CTESHTML_Escapa(leida);
     const std::string modeloHtml = CTESHTML_Escapa(modelo.texto);

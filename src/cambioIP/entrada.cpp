@@ -157,8 +157,9 @@ std::vector<CTESHTML_Opcion> CIPINT_OpcionesPosicion(const char *const (&textos)
 // One setting of input n into a 50-character buffer; a failed read is "0".
 std::string CIPINT_LeeEntrada(CIPINT_LectorEntrada lector, xmlDocPtr documento, int entrada, bool *leido = nullptr)
 {
-    char buffer[50] = {};
-    const bool ok = lector(documento, buffer, sizeof buffer, static_cast<uint8_t>(entrada)) == 0;
+    // The store copies a value of exactly 50 bytes without a terminator: one byte more keeps it.
+    char buffer[50 + 1] = {};
+    const bool ok = lector(documento, buffer, sizeof buffer - 1, static_cast<uint8_t>(entrada)) == 0;
     if (leido != nullptr)
         *leido = ok;
     return ok ? std::string(buffer) : std::string("0");
@@ -167,8 +168,8 @@ std::string CIPINT_LeeEntrada(CIPINT_LectorEntrada lector, xmlDocPtr documento, 
 // One output setting into a 40-character buffer; a failed read (or none) is "0".
 std::string CIPINT_LeeSalida(CIPINT_Lector lector, xmlDocPtr documento)
 {
-    char buffer[40] = {};
-    if (lector == nullptr || lector(documento, buffer, sizeof buffer) != 0)
+    char buffer[40 + 1] = {};
+    if (lector == nullptr || lector(documento, buffer, sizeof buffer - 1) != 0)
         return "0";
     return buffer;
 }

@@ -21,7 +21,7 @@ constexpr int CIP_FamiliaDesconocida = 5;
 
 // The model of one unit, as the unit-model table resolves its type field.
 struct CIP_Modelo {
-    char texto[50] = {};  // "<code> <description>", rewritten from the type field
+    char texto[51] = {};  // "<code> <description>", rewritten from the 50-byte type field
     uint32_t codigo = 0;
     uint8_t canales = 0;
     int opciones = 0;
@@ -84,7 +84,7 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo)
         xmlDocPtr status = UTILSXML_AbrirFicheroStatus();
         if (status == nullptr)
             return CIPINT_ErrorGraveWeb(1);
-        UTILSXML_STATUS_LeeTipoUnidad(status, master.texto, sizeof master.texto);
+        UTILSXML_STATUS_LeeTipoUnidad(status, master.texto, sizeof master.texto - 1);
         UTILSXML_CerrarFicheroStatus(status, 0);
     }
     master.Resuelve();
@@ -110,9 +110,9 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo)
             const bool esMaster = documento.ruta() == rutaMaster;
             unidad = CIP_Modelo{};
             if (tipo == 1)
-                UTILSXML_STATUS_LeeTipoUnidad(documento.get(), unidad.texto, sizeof unidad.texto);
+                UTILSXML_STATUS_LeeTipoUnidad(documento.get(), unidad.texto, sizeof unidad.texto - 1);
             else
-                UTILSXML_LeeTipoUnidad(documento.get(), unidad.texto, sizeof unidad.texto);
+                UTILSXML_LeeTipoUnidad(documento.get(), unidad.texto, sizeof unidad.texto - 1);
             sufijo = esMaster ? "" : CIPINT_SufijoDeRuta(documento.ruta(), tipo);
             unidad.Resuelve();
             if (!CIPINT_ModoAdmite(modo, unidad, master))
@@ -164,13 +164,15 @@ int CIPINT_GrabarPagina(const CIP_TablaGrabar *tabla, char *formulario)
         return CIPINT_ErrorGraveWeb(1);
 
     CIP_Modelo unidad;
-    UTILSXML_LeeTipoUnidad(documento.get(), unidad.texto, sizeof unidad.texto);
+    UTILSXML_LeeTipoUnidad(documento.get(), unidad.texto, sizeof unidad.texto - 1);
     unidad.Resuelve();
     if (unidad.familia >= CIP_FamiliaDesconocida)
         return CIPINT_ErrorGraveWeb(2);
 
-    char direccion[300] = {};
-    if (UTILSXML_LeeIP(documento.get(), direccion, sizeof direccion) != 0)
+    // The store fills all 300 bytes of an address that long without a terminator: one
+    // byte more keeps the text terminated.
+    char direccion[300 + 1] = {};
+    if (UTILSXML_LeeIP(documento.get(), direccion, sizeof direccion - 1) != 0)
         std::strcpy(direccion, "unknown");
     const std::string direccionHtml = CTESHTML_Escapa(direccion);
     std::printf("Processing data for unit with ip %s, model %s<br>\n", direccionHtml.c_str(),

@@ -225,8 +225,9 @@ int CIP_GrabaInfoUpdate(char *formulario)
     if (!documento)
         return std::printf("<br>ERROR! Unable to save changes for id '%s'. \n", CTESHTML_Escapa(sufijo).c_str());
 
-    char id[40] = {};
-    if (UTILSXML_LeeIDUnit(documento.get(), id, sizeof id) != 0)
+    // One byte more than the read: an identifier of exactly 40 bytes stays terminated.
+    char id[40 + 1] = {};
+    if (UTILSXML_LeeIDUnit(documento.get(), id, sizeof id - 1) != 0)
         std::strcpy(id, "unknown");
     std::printf(master ? "Programming update for this unit (id: %s)<br>\n" : "Programming update for unit with id %s<br>\n",
                 CTESHTML_Escapa(id).c_str());

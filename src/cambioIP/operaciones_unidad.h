@@ -54,7 +54,7 @@ inline constexpr int CIPINT_FamiliaDesconocida = 5;
 
 // The model of one unit as the unit-model table resolves its type text.
 struct CIPINT_ModeloUnidad {
-    char texto[50] = {};  // "<code> <description>" once resolved
+    char texto[51] = {};  // "<code> <description>" once resolved; read 50 bytes, always terminated
     uint8_t canales = 0;
     int opciones = 0;
     int entradasVideo = 0;

@@ -24,7 +24,8 @@ namespace {
 // Capacity of the request values, and of the three per-service lists.
 constexpr std::size_t CIP_TamValor = 500;
 constexpr std::size_t CIP_TamLista = 10001;
-// Read buffer of the service values; the store needs at least 17 bytes for them.
+// Read size of the service values; the store needs at least 17 bytes for them. The buffers
+// hold one byte more: a value that fills the read is copied without a terminator.
 constexpr uint16_t CIP_TamServicio = 50;
 // IP inputs and services are numbered in one byte by the store.
 constexpr long CIP_MaxNumero = 255;
@@ -37,17 +38,17 @@ using CIPINT_LectorServicio = int (*)(xmlDocPtr, char *, uint16_t, uint8_t, uint
 
 std::string CIPINT_LeeEntrada(CIPINT_LectorEntrada lector, xmlDocPtr documento, long entrada)
 {
-    char buffer[CIP_TamServicio] = {};
-    if (documento == nullptr || lector(documento, buffer, sizeof buffer, static_cast<uint8_t>(entrada)) != 0)
+    char buffer[CIP_TamServicio + 1] = {};
+    if (documento == nullptr || lector(documento, buffer, CIP_TamServicio, static_cast<uint8_t>(entrada)) != 0)
         return {};
     return buffer;
 }
 
 std::string CIPINT_LeeServicio(CIPINT_LectorServicio lector, xmlDocPtr documento, long entrada, long servicio)
 {
-    char buffer[CIP_TamServicio] = {};
+    char buffer[CIP_TamServicio + 1] = {};
     if (documento == nullptr ||
-        lector(documento, buffer, sizeof buffer, static_cast<uint8_t>(entrada), static_cast<uint8_t>(servicio)) != 0)
+        lector(documento, buffer, CIP_TamServicio, static_cast<uint8_t>(entrada), static_cast<uint8_t>(servicio)) != 0)
         return {};
     return buffer;
 }
@@ -163,7 +164,7 @@ int CIP_MuestraListaServicios(char *formulario)
     CIPINT_DocumentoUnidad status = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 1), 1);
     CIPINT_ModeloUnidad modelo;
     if (status)
-        UTILSXML_STATUS_LeeTipoUnidad(status.get(), modelo.texto, sizeof modelo.texto);
+        UTILSXML_STATUS_LeeTipoUnidad(status.get(), modelo.texto, sizeof modelo.texto - 1);
     modelo.Resuelve();
     std::fputs((CIPINT_OcultosUnidad(sufijo, modelo) + CIPINT_Oculto("total", total)).c_str(), stdout);
     if (!modelo.TieneIP()) {
@@ -222,7 +223,7 @@ int CIP_GrabaListServicios(char *formulario)
         return CIPINT_ErrorGraveWeb(6);
 
     CIPINT_ModeloUnidad modelo;
-    UTILSXML_LeeTipoUnidad(documento.get(), modelo.texto, sizeof modelo.texto);
+    UTILSXML_LeeTipoUnidad(documento.get(), modelo.texto, sizeof modelo.texto - 1);
     modelo.Resuelve();
     if (modelo.familia >= CIPINT_FamiliaDesconocida)
         return CIPINT_ErrorGraveWeb(2);

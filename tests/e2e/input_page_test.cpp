@@ -371,6 +371,19 @@ TEST(InputPage, DocumentValuesAreEscaped)
     EXPECT_EQ(body.find("<i>"), std::string::npos);
 }
 
+TEST(InputPage, ValuesThatFillTheReadAreShownWhole)
+{
+    // The store copies a value as long as the read (50 bytes for an input setting, 40 for
+    // an output one) without a terminator.
+    const std::string bitrate(50, '9'), salida(40, '7');
+    auto root = demo("", kFile021,
+                     {{"<VIDEO>14</VIDEO>", "<VIDEO>" + bitrate + "</VIDEO>"},
+                      {"<SALIDA>0</SALIDA>", "<SALIDA>" + salida + "</SALIDA>"}});
+    const std::string body = page(*root);
+    EXPECT_EQ(fieldValue(body, "anteriorvidbit1" + k021), bitrate);
+    EXPECT_EQ(fieldValue(body, "outout" + k021), salida);
+}
+
 // --- save ------------------------------------------------------------------------------------
 
 // Every key with input 1 and input 3; the unit has two inputs, so input 3 is skipped.

@@ -101,6 +101,14 @@ INSTANTIATE_TEST_SUITE_P(
         UpdateCase{"x/../../network.010.000.000.021<b>", false,
                    "<br>ERROR! Unable to save changes for id 'x/../../network.010.000.000.021&lt;b&gt;'. \n", ""}));
 
+TEST_F(Operations, UpdateShowsAnIdentifierThatFillsTheReadWhole)
+{
+    // The store copies an identifier of exactly 40 bytes without a terminator.
+    const std::string id(40, 'I');
+    editFile(root_, "config/network.010.000.000.021.xml", "<IDUNIT>ENC-HEAD-02</IDUNIT>", "<IDUNIT>" + id + "</IDUNIT>");
+    EXPECT_EQ(page("command=23&sufijo=010.000.000.021"), kOpen + "Programming update for unit with id " + id + "<br>\n" + kClose);
+}
+
 // --- set-top-box commands: {query, page text, script that runs (empty: none), its argv} ---
 
 using StbCase = std::tuple<std::string, std::string, std::string, std::vector<std::string>>;

@@ -148,6 +148,20 @@ TEST(NetworkPage, DhcpOnChecksTheBoxAndDisablesTheAddresses)
     EXPECT_EQ(countOf(rowWith(body, "ENC-HEAD-03"), "disabled"), 0u);
 }
 
+TEST(NetworkPage, OverlongDhcpFlagIsReportedEscaped)
+{
+    // A one-character flag holding a longer text: the store's diagnostic shows the text on
+    // the page, escaped like every other value.
+    TempRoot root;
+    copyDemo(root);
+    editFile(root, kFile021, "<IP_AUTO>0</IP_AUTO>", "<IP_AUTO>&lt;script&gt;x('1')&amp;&lt;/script&gt;</IP_AUTO>");
+    const std::string body = page(root, "command=3");
+    EXPECT_NE(body.find("getXML:Long xmlVal__[24 > size 1]:&lt;script&gt;x(&#39;1&#39;)&amp;&lt;/script&gt;\n"),
+              std::string::npos)
+        << body;
+    EXPECT_EQ(body.find("<script>"), std::string::npos);
+}
+
 TEST(NetworkPage, ChangesPendingCheckTheSelectBox)
 {
     TempRoot root;

@@ -54,6 +54,26 @@ TEST_F(SaveEngine, UnitSaveQueuesTheUnitAndMarksItsDocument)
     EXPECT_EQ(mode("config/fileschanged.list"), 0666u);
 }
 
+TEST_F(SaveEngine, AddressThatFillsTheReadIsShownWholeAndNothingAfterIt)
+{
+    // The store copies an address of exactly 300 bytes without a terminator.
+    const std::string address(300, 'A');
+    std::string text = root_.read(kUnitFile);
+    const std::string stored = "<IP_ADDRESS>10.0.0.21</IP_ADDRESS>";
+    const size_t at = text.find(stored);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, stored.size(), "<IP_ADDRESS>" + address + "</IP_ADDRESS>");
+    root_.write(kUnitFile, text);
+    CgiResult r = runPost(root_, "command=4&sufijo=" + kUnit + "&" + kNetwork);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err.find("AddressSanitizer"), std::string::npos) << r.err;
+    EXPECT_EQ(r.body(), "<html><head></head><body>\n"
+                        "Processing data for unit with ip " + address + ", model 710105  - Enc 2 CMP+HDMI<br>\n"
+                        "Unit with ip " + address + " added to the queue...<br>\n"
+                        "Changes saved for ip " + address + ", please wait a few seconds while the unit applies them!<br>\n"
+                        "</body></html>\n");
+}
+
 TEST_F(SaveEngine, TwoSavesAppendTwoIdenticalLines)
 {
     runPost(root_, "command=4&sufijo=" + kUnit + "&" + kNetwork);

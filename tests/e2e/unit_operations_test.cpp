@@ -110,6 +110,15 @@ TEST_F(UnitOperations, DocumentAndRequestValuesAreEscaped)
     EXPECT_NE(body("command=24&sufijo=010.000.000.031").find("FOR THE UNIT ID &lt;b&gt;</th>"), std::string::npos);
 }
 
+TEST_F(UnitOperations, ServiceNameThatFillsTheReadIsShownWhole)
+{
+    // The store copies a name of exactly 50 bytes without a terminator.
+    const std::string name(50, 'N');
+    editFile(root_, kCofdmFile, "<NOMBRE>NEWS 24</NOMBRE>", "<NOMBRE>" + name + "</NOMBRE>");
+    const std::string list = body("command=29&sufijo=010.000.000.031&entip=1");
+    EXPECT_NE(list.find("<div id=\"cnam-1\">" + name + "</div>"), std::string::npos) << list;
+}
+
 TEST_F(UnitOperations, StoringTheListWritesOnlyTheListedServices)
 {
     // Service 3 is beyond lsnumserv: its pairs are ignored. "A&B" comes back byte for byte.
@@ -259,6 +268,21 @@ INSTANTIATE_TEST_SUITE_P(
         Store{"FailingSectionKeepsTheOthers", kQam, kInput + "&" + kTs + "&" + kTest + "&cfgtotenviar=1", kQamFile,
               "added to the queue...<br>\n", "network.010.000.000.021\n", false, "Error Storing Output config<br>\n",
               "0"}));
+
+TEST_F(UnitOperations, AdvancedStoreShowsAnAddressThatFillsTheReadWhole)
+{
+    // The address is read back from the document; the store copies one of exactly 300 bytes
+    // without a terminator.
+    const std::string address(300, 'B');
+    CgiResult r = runPost(root_, "command=25&sufijo=" + kQam + "&networkipdir=" + address +
+                                     "&networkmask=255.255.0.0&gateway=10.0.0.254&dhcp=0&numcanales=2&" + kInput +
+                                     "&" + kTs + "&" + kOut + "&" + kTest + "&cfgtotenviar=0");
+    expectCleanRun(r);
+    const std::string model = ", model 710105  - Enc 2 CMP+HDMI";
+    EXPECT_NE(r.body().find("Processing data for unit with ip " + address + model + "<br>\n"), std::string::npos)
+        << r.body();
+    EXPECT_TRUE(r.body().ends_with("Config stored (IP: " + address + model + ")<br>\n" + kClose)) << r.body();
+}
 
 TEST_F(UnitOperations, AdvancedStoreWithoutTheNetworkSettingsWritesNothing)
 {
