@@ -3,6 +3,8 @@
 // parsed back.
 #pragma once
 
+#include "support/xml_read.h"
+
 #include <gtest/gtest.h>
 
 #include <libxml/HTMLparser.h>
@@ -17,10 +19,7 @@
 
 namespace qam_test {
 
-struct LiberaDoc {
-    void operator()(xmlDoc *documento) const { xmlFreeDoc(documento); }
-};
-using Doc = std::unique_ptr<xmlDoc, LiberaDoc>;
+using Doc = cambioip_test::XmlDoc;
 
 // A document of the demo rack (demo/root/config).
 inline Doc Demo(const std::string &nombre)
@@ -42,27 +41,13 @@ inline Doc Version(const std::string &nombre)
 
 inline std::vector<xmlNodePtr> Nodos(xmlDocPtr documento, const std::string &xpath)
 {
-    std::vector<xmlNodePtr> resultado;
-    xmlXPathContextPtr contexto = xmlXPathNewContext(documento);
-    xmlXPathObjectPtr objeto = xmlXPathEvalExpression(reinterpret_cast<const xmlChar *>(xpath.c_str()), contexto);
-    if (objeto != nullptr && objeto->nodesetval != nullptr)
-        for (int i = 0; i < objeto->nodesetval->nodeNr; ++i)
-            resultado.push_back(objeto->nodesetval->nodeTab[i]);
-    xmlXPathFreeObject(objeto);
-    xmlXPathFreeContext(contexto);
-    return resultado;
+    return cambioip_test::xmlNodes(documento, xpath);
 }
 
 // Text of the first match (element or attribute); nullopt when nothing matches.
 inline std::optional<std::string> Texto(xmlDocPtr documento, const std::string &xpath)
 {
-    auto encontrados = Nodos(documento, xpath);
-    if (encontrados.empty())
-        return std::nullopt;
-    xmlChar *contenido = xmlNodeGetContent(encontrados.front());
-    std::string valor = contenido ? reinterpret_cast<const char *>(contenido) : "";
-    xmlFree(contenido);
-    return valor;
+    return cambioip_test::xmlText(documento, xpath);
 }
 
 // Replaces the text of the first match, verbatim.

@@ -2,6 +2,8 @@
 // through libxml2 directly, so that the checks do not depend on the code under test.
 #pragma once
 
+#include "support/xml_read.h"
+
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <libxml/xpath.h>
@@ -13,10 +15,7 @@
 
 namespace store_test {
 
-struct LiberaDoc {
-    void operator()(xmlDoc *documento) const { xmlFreeDoc(documento); }
-};
-using Doc = std::unique_ptr<xmlDoc, LiberaDoc>;
+using Doc = cambioip_test::XmlDoc;
 
 // A fixture of tests/fixtures/versions, parsed as the unit's files are.
 inline Doc cargaVersion(const std::string &nombre)
@@ -29,27 +28,13 @@ inline Doc cargaFichero(const std::string &ruta) { return Doc(xmlReadFile(ruta.c
 
 inline std::vector<xmlNodePtr> nodos(xmlDocPtr documento, const std::string &xpath)
 {
-    std::vector<xmlNodePtr> resultado;
-    xmlXPathContextPtr contexto = xmlXPathNewContext(documento);
-    xmlXPathObjectPtr objeto = xmlXPathEvalExpression(reinterpret_cast<const xmlChar *>(xpath.c_str()), contexto);
-    if (objeto != nullptr && objeto->nodesetval != nullptr)
-        for (int i = 0; i < objeto->nodesetval->nodeNr; ++i)
-            resultado.push_back(objeto->nodesetval->nodeTab[i]);
-    xmlXPathFreeObject(objeto);
-    xmlXPathFreeContext(contexto);
-    return resultado;
+    return cambioip_test::xmlNodes(documento, xpath);
 }
 
 // Text of the first node matching the XPath; nullopt when there is none.
 inline std::optional<std::string> texto(xmlDocPtr documento, const std::string &xpath)
 {
-    auto encontrados = nodos(documento, xpath);
-    if (encontrados.empty())
-        return std::nullopt;
-    xmlChar *contenido = xmlNodeGetContent(encontrados.front());
-    std::string valor = contenido ? reinterpret_cast<const char *>(contenido) : "";
-    xmlFree(contenido);
-    return valor;
+    return cambioip_test::xmlText(documento, xpath);
 }
 
 inline size_t cuenta(xmlDocPtr documento, const std::string &xpath) { return nodos(documento, xpath).size(); }
