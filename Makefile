@@ -9,7 +9,7 @@ DEMO_PORT ?= 8080
 # xmllint for checking saved documents, and the web server of the demo.
 PACKAGES := g++ make cmake pkg-config libxml2-dev libxml2-utils libgtest-dev lighttpd
 
-.PHONY: all deps build build-asan test test-plain test-asan demo clean
+.PHONY: all deps build build-asan test test-plain test-asan golden test-ratio demo clean
 
 all: build
 
@@ -32,8 +32,7 @@ build: $(BUILD)/Makefile
 	cmake --build $(BUILD) -j$(JOBS)
 
 build-asan:
-	cmake -S . -B $(BUILD_ASAN) -DCAMBIOIP_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug \
-	  -DCAMBIOIP_REFERENCE_CGI=$(CURDIR)/$(BUILD)/cambioIP.cgi
+	cmake -S . -B $(BUILD_ASAN) -DCAMBIOIP_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
 	cmake --build $(BUILD_ASAN) -j$(JOBS)
 
 test-plain: build
@@ -45,6 +44,19 @@ test-asan: build-asan
 test: deps
 	$(MAKE) test-plain
 	$(MAKE) test-asan
+	@$(MAKE) --no-print-directory test-ratio
+
+# Rewrites the expected answers of the golden cases from what the program does now, after a
+# deliberate change; review the result with git diff before committing it.
+golden: build
+	GOLDEN_UPDATE=1 $(BUILD)/tests/golden/golden_test
+
+# Lines of test sources against lines of code (golden answers and fixtures are data).
+test-ratio:
+	@t=$$(find tests -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.py' -o -name '*.sh' -o -name '*.js' \) \
+	      -not -path 'tests/fixtures/*' -not -path 'tests/golden/cases/*' -print0 | xargs -0 cat | wc -l); \
+	c=$$(find src $$( [ -d www ] && echo www ) -type f -print0 | xargs -0 cat | wc -l); \
+	echo "Test lines: $$t for $$c lines of code ($$((100 * t / c)) %)"
 
 demo: deps
 	$(MAKE) build

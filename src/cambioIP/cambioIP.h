@@ -49,7 +49,7 @@ int CIPINT_ErrorGraveWeb(int codigo);
 
 // Prints one page: the header of the master's family, one row per unit kept by the
 // mode (0 the master's output family, 1 the master's model code, 2 every unit, other
-// values none), in directory order, and the last row with the values for all units.
+// values none), in name order, and the last row with the values for all units.
 int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo);
 
 // Stores the posted fields of the one unit named by "sufijo" (none: the master) with its

@@ -12,7 +12,8 @@ bool CIPINT_BuscaCampo(const char *formulario, const char *clave, char *destino,
 // found anywhere in it, base 10 (empty or not a number: 0); 255 without one.
 long CIPINT_LeeComando(const char *formulario);
 
-#include <dirent.h>
+#include "utilsXML/utilsXML.h"
+
 #include <libxml/tree.h>
 #include <string>
 
@@ -23,21 +24,21 @@ class CIPINT_Directorio {
     ~CIPINT_Directorio();
     CIPINT_Directorio(const CIPINT_Directorio &) = delete;
     CIPINT_Directorio &operator=(const CIPINT_Directorio &) = delete;
-    DIR *get() const { return directorio_; }
+    UTILSXML_Directorio *get() const { return directorio_; }
     explicit operator bool() const { return directorio_ != nullptr; }
 
   private:
-    DIR *directorio_;
+    UTILSXML_Directorio *directorio_;
 };
 
 // One unit document opened from the configuration directory. It is closed without
 // saving when it goes out of scope, unless Cierra() closed it first.
 class CIPINT_DocumentoUnidad {
   public:
-    // Next unit document of the kind (0 configuration, 1 status) in directory order.
-    static CIPINT_DocumentoUnidad Siguiente(DIR *directorio, int tipo);
+    // Next unit document of the kind (0 configuration, 1 status) in name order.
+    static CIPINT_DocumentoUnidad Siguiente(UTILSXML_Directorio *directorio, int tipo);
     // The unit document at this path (looked for among the directory's entries).
-    static CIPINT_DocumentoUnidad Abre(DIR *directorio, const std::string &ruta, int tipo);
+    static CIPINT_DocumentoUnidad Abre(UTILSXML_Directorio *directorio, const std::string &ruta, int tipo);
     ~CIPINT_DocumentoUnidad();
     CIPINT_DocumentoUnidad(CIPINT_DocumentoUnidad &&otro) noexcept;
     CIPINT_DocumentoUnidad(const CIPINT_DocumentoUnidad &) = delete;

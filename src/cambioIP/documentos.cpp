@@ -14,14 +14,14 @@ CIPINT_Directorio::~CIPINT_Directorio()
         UTILSXML_MASTER_CerrarDirectorioConfig(directorio_);
 }
 
-CIPINT_DocumentoUnidad CIPINT_DocumentoUnidad::Siguiente(DIR *directorio, int tipo)
+CIPINT_DocumentoUnidad CIPINT_DocumentoUnidad::Siguiente(UTILSXML_Directorio *directorio, int tipo)
 {
     char ruta[UTILSXML_LONG_RUTA] = {};
     xmlDocPtr documento = UTILSXML_MASTER_AbreFicheroNetwork(directorio, ruta, static_cast<uint8_t>(tipo), sizeof ruta);
     return CIPINT_DocumentoUnidad(documento, documento != nullptr ? ruta : "");
 }
 
-CIPINT_DocumentoUnidad CIPINT_DocumentoUnidad::Abre(DIR *directorio, const std::string &ruta, int tipo)
+CIPINT_DocumentoUnidad CIPINT_DocumentoUnidad::Abre(UTILSXML_Directorio *directorio, const std::string &ruta, int tipo)
 {
     char buffer[UTILSXML_LONG_RUTA] = {};
     if (ruta.empty() || ruta.size() >= sizeof buffer)

@@ -14,8 +14,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <dirent.h>
 #include <libxml/tree.h>
+#include <string>
+#include <vector>
 
 // ---------------------------------------------------------------------------
 // Storage locations and unit files
@@ -53,17 +54,25 @@ int UTILSXML_CerrarFicheroNetwork(xmlDocPtr documento, uint8_t grabar);
 xmlDocPtr UTILSXML_AbrirFicheroStatus();
 int UTILSXML_CerrarFicheroStatus(xmlDocPtr documento, uint8_t grabar);
 
-// A directory stream on the configuration directory (null on failure), and its close
-// (-1 for a null stream).
-DIR *UTILSXML_MASTER_AbredirectorioConfig();
-int UTILSXML_MASTER_CerrarDirectorioConfig(DIR *directorio);
+// The entries of the configuration directory, read once when it is opened and walked in
+// the order of their names, so every page lists the units of the rack in the same order
+// (by address, the zero-padded unit suffix) whatever order the file system keeps.
+struct UTILSXML_Directorio {
+    std::vector<std::string> nombres;
+    size_t posicion = 0;
+};
+
+// The configuration directory opened as a stream of its entries (null when it cannot be
+// read), and its close (-1 for a null stream).
+UTILSXML_Directorio *UTILSXML_MASTER_AbredirectorioConfig();
+int UTILSXML_MASTER_CerrarDirectorioConfig(UTILSXML_Directorio *directorio);
 
 // A unit document of the given kind (0 configuration, 1 status). With an empty ruta the
 // next matching entry of the stream is loaded and its full path left in ruta; with a path
 // in ruta, that file is looked for among the matching entries (one rewind of the stream
 // at most) and loaded. ruta holds tamRuta bytes; a path that does not fit is not loaded.
 // The master's own network.xml and sondeo.xml match as well: callers skip them by name.
-xmlDocPtr UTILSXML_MASTER_AbreFicheroNetwork(DIR *directorio, char *ruta, uint8_t tipo,
+xmlDocPtr UTILSXML_MASTER_AbreFicheroNetwork(UTILSXML_Directorio *directorio, char *ruta, uint8_t tipo,
                                              size_t tamRuta = UTILSXML_LONG_RUTA);
 // Closes a unit document, saving it atomically to ruta first when grabar is set. The
 // document is freed in every case; a null document or path is -1 and frees nothing.

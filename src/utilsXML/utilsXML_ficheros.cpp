@@ -5,7 +5,9 @@
 #include "funciones_XML/funciones_XML.h"
 #include "utils/utils.h"
 
+#include <algorithm>
 #include <cstring>
+#include <dirent.h>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -52,15 +54,16 @@ bool nombreDeTipo(std::string_view nombre, uint8_t tipo)
     return nombre.starts_with(prefijo) && nombre.ends_with(".xml");
 }
 
-std::string rutaEntrada(const struct dirent *entrada)
-{
-    return std::string(UTILSXML_MiraPATHConfig()) + "/" + entrada->d_name;
-}
+std::string rutaEntrada(const char *entrada) { return std::string(UTILSXML_MiraPATHConfig()) + "/" + entrada; }
+
+struct CierraDir {
+    void operator()(DIR *directorio) const { closedir(directorio); }
+};
 
 // Scans the stream on from its position for the matching entry whose full path is ruta.
-bool buscaRuta(DIR *directorio, uint8_t tipo, std::string_view ruta)
+bool buscaRuta(UTILSXML_Directorio *directorio, uint8_t tipo, std::string_view ruta)
 {
-    while (const struct dirent *entrada = UTILSXMLINT_BuscaFichero(directorio, tipo))
+    while (const char *entrada = UTILSXMLINT_BuscaFichero(directorio, tipo))
         if (rutaEntrada(entrada) == ruta)
             return true;
     return false;
@@ -94,34 +97,46 @@ int UTILSXML_CerrarFicheroStatus(xmlDocPtr documento, uint8_t grabar)
     return cierraDocumento(documento, UTILS_MapeaRuta(UTILSXML_FicheroSondeo[modo()]), grabar);
 }
 
-DIR *UTILSXML_MASTER_AbredirectorioConfig() { return opendir(UTILSXML_MiraPATHConfig()); }
+UTILSXML_Directorio *UTILSXML_MASTER_AbredirectorioConfig()
+{
+    std::unique_ptr<DIR, CierraDir> flujo(opendir(UTILSXML_MiraPATHConfig()));
+    if (!flujo)
+        return nullptr;
+    auto directorio = std::make_unique<UTILSXML_Directorio>();
+    while (const struct dirent *entrada = readdir(flujo.get()))
+        directorio->nombres.emplace_back(entrada->d_name);
+    std::sort(directorio->nombres.begin(), directorio->nombres.end());
+    return directorio.release();
+}
 
-int UTILSXML_MASTER_CerrarDirectorioConfig(DIR *directorio)
+int UTILSXML_MASTER_CerrarDirectorioConfig(UTILSXML_Directorio *directorio)
 {
     if (directorio == nullptr)
         return -1;
-    closedir(directorio);
+    delete directorio;
     return 0;
 }
 
-struct dirent *UTILSXMLINT_BuscaFichero(DIR *directorio, uint8_t tipo)
+const char *UTILSXMLINT_BuscaFichero(UTILSXML_Directorio *directorio, uint8_t tipo)
 {
     if (directorio == nullptr || tipo >= 2)
         return nullptr;
-    while (struct dirent *entrada = readdir(directorio))
-        if (nombreDeTipo(entrada->d_name, tipo))
-            return entrada;
+    while (directorio->posicion < directorio->nombres.size()) {
+        const std::string &nombre = directorio->nombres[directorio->posicion++];
+        if (nombreDeTipo(nombre, tipo))
+            return nombre.c_str();
+    }
     return nullptr;
 }
 
-xmlDocPtr UTILSXML_MASTER_AbreFicheroNetwork(DIR *directorio, char *ruta, uint8_t tipo, size_t tamRuta)
+xmlDocPtr UTILSXML_MASTER_AbreFicheroNetwork(UTILSXML_Directorio *directorio, char *ruta, uint8_t tipo, size_t tamRuta)
 {
     if (directorio == nullptr || ruta == nullptr || tamRuta == 0)
         return nullptr;
 
     if (ruta[0] == '\0') {
-        // The next unit document of the kind, in directory order.
-        const struct dirent *entrada = UTILSXMLINT_BuscaFichero(directorio, tipo);
+        // The next unit document of the kind, in name order.
+        const char *entrada = UTILSXMLINT_BuscaFichero(directorio, tipo);
         if (entrada == nullptr)
             return nullptr;
         std::string completa = rutaEntrada(entrada);
@@ -135,7 +150,7 @@ xmlDocPtr UTILSXML_MASTER_AbreFicheroNetwork(DIR *directorio, char *ruta, uint8_
     // more from the start.
     std::string buscada(ruta, strnlen(ruta, tamRuta));
     if (!buscaRuta(directorio, tipo, buscada)) {
-        rewinddir(directorio);
+        directorio->posicion = 0;
         if (!buscaRuta(directorio, tipo, buscada))
             return nullptr;
     }

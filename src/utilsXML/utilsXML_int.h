@@ -42,10 +42,10 @@ std::string UTILSXMLINT_Ruta(const char *patron, int indice1, int indice2);
 int UTILSXMLINT_CheckFileVersion(xmlDocPtr documento);
 int UTILSXMLINT_CheckStatusFileVersion(xmlDocPtr documento);
 
-// Next entry of the stream that names a unit document of the kind: its name begins with
-// "network" (kind 0) or "sondeo" (kind 1) and ends in ".xml". Null when none is left,
+// Name of the next entry of the stream that names a unit document of the kind: it begins
+// with "network" (kind 0) or "sondeo" (kind 1) and ends in ".xml". Null when none is left,
 // for a null stream or for a kind of 2 or more.
-struct dirent *UTILSXMLINT_BuscaFichero(DIR *directorio, uint8_t tipo);
+const char *UTILSXMLINT_BuscaFichero(UTILSXML_Directorio *directorio, uint8_t tipo);
 
 // List copies (entry source onto entry destination), bounded by the counts.
 int UTILSXMLINT_CopyEntradaIP(xmlDocPtr documento, uint8_t destino, uint8_t origen);

@@ -71,7 +71,7 @@ std::vector<std::string> TempRoot::listing() const
     std::vector<std::string> files;
     for (const auto &entry : fs::recursive_directory_iterator(root_))
         if (!entry.is_directory())
-            files.push_back(fs::relative(entry.path(), root_).string());
+            files.push_back(entry.path().lexically_relative(root_).string());
     std::sort(files.begin(), files.end());
     return files;
 }
