@@ -1,10 +1,15 @@
+// Files shared with the control daemon: the change queue (whole lines, open to everyone,
+// never interleaved), the one-byte command file, the lock files and the line reader.
 #include "gestfich/gestfich.h"
 #include "support/cgi_runner.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <sstream>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace cambioip_test;
 
@@ -12,137 +17,125 @@ namespace {
 
 class Gestfich : public ::testing::Test {
   protected:
-    void SetUp() override { oldMask_ = umask(022); }
-    void TearDown() override { umask(oldMask_); }
-    std::string path(const char *name) const { return (root_.config() / name).string(); }
-    mode_t mode(const char *name) const
+    void SetUp() override { mascara_ = umask(022); }
+    void TearDown() override { umask(mascara_); }
+    std::string ruta(const char *nombre) const { return (raiz_.config() / nombre).string(); }
+    mode_t modo(const char *nombre) const
     {
-        struct stat st {};
-        stat(path(name).c_str(), &st);
-        return st.st_mode & 0777;
+        struct stat estado {};
+        return stat(ruta(nombre).c_str(), &estado) == 0 ? estado.st_mode & 0777 : 0;
     }
-    TempRoot root_;
-    mode_t oldMask_ = 0;
+    int encola(const std::string &linea, const char *nombre = "fileschanged.list") const
+    {
+        return GESTFICH_AddFiletoChanges(linea.data(), static_cast<long>(linea.size()), ruta(nombre).c_str());
+    }
+    TempRoot raiz_;
+    mode_t mascara_ = 0;
 };
 
-TEST_F(Gestfich, QueueAppendsWholeLinesAndOpensTheFileToEveryone)
+TEST_F(Gestfich, TheQueueAppendsWholeLinesAndIsOpenToEveryoneAfterEachWrite)
 {
-    const std::string line = "network.010.000.000.021\n";
-    ASSERT_EQ(GESTFICH_AddFiletoChanges(line.data(), static_cast<long>(line.size()), path("fileschanged.list").c_str()), 0);
-    EXPECT_EQ(mode("fileschanged.list"), 0666u);
-    chmod(path("fileschanged.list").c_str(), 0600);
-    ASSERT_EQ(GESTFICH_AddFiletoChanges(line.data(), static_cast<long>(line.size()), path("fileschanged.list").c_str()), 0);
-    EXPECT_EQ(root_.read("config/fileschanged.list"), line + line) << "nothing is deduplicated";
-    EXPECT_EQ(mode("fileschanged.list"), 0666u) << "mode is set again after each write";
+    // What cannot be appended is refused and creates nothing.
+    EXPECT_EQ(GESTFICH_AddFiletoChanges("x", 0, ruta("fileschanged.list").c_str()), -1);
+    EXPECT_EQ(GESTFICH_AddFiletoChanges("x", -3, ruta("fileschanged.list").c_str()), -1);
+    EXPECT_EQ(encola("x", "missing/list"), -1);
+    EXPECT_EQ(raiz_.listing(), std::vector<std::string>{});
+    const std::string linea = "network.10.0.0.21\n";
+    ASSERT_EQ(encola(linea), 0);
+    EXPECT_EQ(modo("fileschanged.list"), 0666u);
+    chmod(ruta("fileschanged.list").c_str(), 0600);
+    ASSERT_EQ(encola(linea), 0);
+    EXPECT_EQ(raiz_.read("config/fileschanged.list"), linea + linea) << "nothing is deduplicated";
+    EXPECT_EQ(modo("fileschanged.list"), 0666u);
 }
 
-TEST_F(Gestfich, QueueRefusesWhatItCannotAppend)
+TEST_F(Gestfich, ConcurrentAppendsNeverInterleaveALine)
 {
-    const char *list = "fileschanged.list";
-    EXPECT_EQ(GESTFICH_AddFiletoChanges("x", 0, path(list).c_str()), -1);
-    EXPECT_EQ(GESTFICH_AddFiletoChanges("x", -3, path(list).c_str()), -1);
-    EXPECT_FALSE(root_.exists("config/fileschanged.list")) << "a refused append creates nothing";
-    EXPECT_EQ(GESTFICH_AddFiletoChanges(nullptr, 1, path(list).c_str()), -1);
-    EXPECT_EQ(GESTFICH_AddFiletoChanges("x", 1, nullptr), -1);
-    EXPECT_EQ(GESTFICH_AddFiletoChanges("x", 1, (root_.path() / "missing" / "list").c_str()), -1);
+    // Lines far longer than a stdio buffer: only one write on an append descriptor keeps them whole.
+    const std::string letras = "abcd";
+    for (char letra : letras)
+        if (fork() == 0) {
+            for (int i = 0; i < 200; ++i)
+                if (encola(std::string(20000, letra) + "\n") != 0)
+                    _exit(1);
+            _exit(0);
+        }
+    for (int estado = 0; wait(&estado) > 0;)
+        EXPECT_TRUE(WIFEXITED(estado) && WEXITSTATUS(estado) == 0);
+    std::istringstream cola(raiz_.read("config/fileschanged.list"));
+    int cuenta = 0;
+    for (std::string linea; std::getline(cola, linea); ++cuenta)
+        ASSERT_EQ(linea, std::string(20000, linea.empty() ? '?' : linea[0])) << "line " << cuenta;
+    EXPECT_EQ(cuenta, 4 * 200);
 }
 
-TEST_F(Gestfich, CommandFileHoldsExactlyOneByte)
+TEST_F(Gestfich, TheCommandFileHoldsExactlyOneByteAndItsStreamIsOnlyOne)
 {
-    root_.write("config/command.msg", "old contents");
-    ASSERT_EQ(GESTFICH_WriteCommandtoFile(GESTFICH_ComandoCambioMaster, path("command.msg").c_str()), 0);
-    EXPECT_EQ(root_.read("config/command.msg"), "2");
-    EXPECT_EQ(mode("command.msg"), 0666u);
-    EXPECT_EQ(GESTFICH_ReadCommandfromFile(path("command.msg").c_str()), 50);
-    EXPECT_EQ(GESTFICH_WriteCommandtoFile(50, (root_.path() / "missing" / "command.msg").c_str()), -1);
-}
-
-TEST_F(Gestfich, ReadingAMissingOrEmptyCommandFileGives255)
-{
-    EXPECT_EQ(GESTFICH_ReadCommandfromFile(path("command.msg").c_str()), 255);
-    root_.write("config/command.msg", "");
-    EXPECT_EQ(GESTFICH_ReadCommandfromFile(path("command.msg").c_str()), 255);
-}
-
-TEST_F(Gestfich, CommandStreamKeepsOneOpenFile)
-{
+    EXPECT_EQ(GESTFICH_ReadCommandfromFile(ruta("command.msg").c_str()), 255) << "missing";
+    raiz_.write("config/command.msg", "");
+    EXPECT_EQ(GESTFICH_ReadCommandfromFile(ruta("command.msg").c_str()), 255) << "empty";
+    raiz_.write("config/command.msg", "old contents");
+    chmod(ruta("command.msg").c_str(), 0600);
+    ASSERT_EQ(GESTFICH_WriteCommandtoFile(GESTFICH_ComandoCambioMaster, ruta("command.msg").c_str()), 0);
+    EXPECT_EQ(raiz_.read("config/command.msg"), "2");
+    EXPECT_EQ(modo("command.msg"), 0666u);
+    EXPECT_EQ(GESTFICH_ReadCommandfromFile(ruta("command.msg").c_str()), 50);
+    EXPECT_EQ(GESTFICH_WriteCommandtoFile(50, ruta("missing/command.msg").c_str()), -1);
+    // The module's one command stream.
     EXPECT_EQ(GESTFICHINT_WriteCommandFile(1), -1) << "nothing open yet";
     EXPECT_EQ(GESTFICHINT_ReadCommandFile(), 255);
     EXPECT_EQ(GESTFICHINT_CloseCommandFile(), -1);
-    ASSERT_EQ(GESTFICHINT_CreateCommandFile(path("cmd").c_str(), 0), 0);
+    ASSERT_EQ(GESTFICHINT_CreateCommandFile(ruta("cmd").c_str(), 0), 0);
     EXPECT_EQ(GESTFICHINT_WriteCommandFile('7'), 0);
     EXPECT_EQ(GESTFICHINT_CloseCommandFile(), 0);
-    ASSERT_EQ(GESTFICHINT_CreateCommandFile(path("cmd").c_str(), 1), 0);
+    ASSERT_EQ(GESTFICHINT_CreateCommandFile(ruta("cmd").c_str(), 1), 0);
     EXPECT_EQ(GESTFICHINT_ReadCommandFile(), '7');
     EXPECT_EQ(GESTFICHINT_ReadCommandFile(), 255);
-    // Reading the command file through the one-shot call closes the open stream.
-    EXPECT_EQ(GESTFICH_ReadCommandfromFile(path("cmd").c_str()), '7');
+    // The one-shot read closes the open stream.
+    EXPECT_EQ(GESTFICH_ReadCommandfromFile(ruta("cmd").c_str()), '7');
     EXPECT_EQ(GESTFICHINT_CloseCommandFile(), -1);
 }
 
-TEST_F(Gestfich, CheckFileIsTrueWhenTheFileExists)
+TEST_F(Gestfich, ALockFileCountsByItsExistenceAndTheWebVersionNeedsTenBytes)
 {
-    EXPECT_EQ(GESTFICHINT_CheckFile(path("HBK.lock").c_str()), 0);
-    ASSERT_EQ(GESTFICHINT_CreateFile(path("HBK.lock").c_str()), 0);
-    EXPECT_EQ(GESTFICHINT_CheckFile(path("HBK.lock").c_str()), -1);
-    EXPECT_EQ(GESTFICHINT_DeleteFile(path("HBK.lock").c_str()), 0);
-    EXPECT_EQ(GESTFICHINT_CheckFile(path("HBK.lock").c_str()), 0);
-    EXPECT_NE(GESTFICHINT_DeleteFile(path("HBK.lock").c_str()), 0);
-    EXPECT_EQ(GESTFICHINT_CheckFile(nullptr), 0);
-}
-
-struct LineCase {
-    std::string text;
-    size_t capacity;
-    int result;
-    std::string line;
-    size_t capacityAfter;
-};
-
-class ReadFromChanges : public ::testing::TestWithParam<LineCase> {};
-
-TEST_P(ReadFromChanges, ReadsOneLine)
-{
-    TempRoot root;
-    root.write("config/list", GetParam().text);
-    std::FILE *file = GESTFICHINT_OpenFile((root.config() / "list").c_str());
-    ASSERT_NE(file, nullptr);
-    char buffer[16];
-    std::memset(buffer, 'Z', sizeof buffer);
-    size_t capacity = GetParam().capacity;
-    EXPECT_EQ(GESTFICH_ReadFromChanges(buffer, &capacity, file), GetParam().result);
-    EXPECT_EQ(std::string(buffer, strnlen(buffer, GetParam().capacity)), GetParam().line);
-    EXPECT_EQ(capacity, GetParam().capacityAfter);
-    EXPECT_EQ(GESTFICHINT_CloseFile(file), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, ReadFromChanges,
-                         ::testing::Values(LineCase{"abc\nnext\n", 16, 0, "abc", 4}, LineCase{"abc", 16, -1, "abc", 16},
-                                           LineCase{"", 16, -1, "", 16}, LineCase{"\n", 16, 0, "", 1},
-                                           LineCase{"abcdef\n", 4, -1, "abcd", 4}, LineCase{"abc\n", 4, 0, "abc", 4}));
-
-TEST(ReadFromChangesArgs, RefusesMissingArguments)
-{
-    char buffer[4];
-    size_t capacity = 0;
-    EXPECT_EQ(GESTFICH_ReadFromChanges(buffer, &capacity, stdin), -1);
-    capacity = 4;
-    EXPECT_EQ(GESTFICH_ReadFromChanges(nullptr, &capacity, stdin), -1);
-    EXPECT_EQ(GESTFICH_ReadFromChanges(buffer, nullptr, stdin), -1);
-    EXPECT_EQ(GESTFICH_ReadFromChanges(buffer, &capacity, nullptr), -1);
-    EXPECT_EQ(GESTFICHINT_CloseFile(nullptr), -1);
-    EXPECT_EQ(GESTFICHINT_OpenFile("/nonexistent/result"), nullptr);
-}
-
-TEST_F(Gestfich, WebVersionNeedsTenBytes)
-{
+    // CheckFile answers -1 ("true") when the file exists.
+    EXPECT_EQ(GESTFICHINT_CheckFile(ruta("web.lock").c_str()), 0);
+    ASSERT_EQ(GESTFICHINT_CreateFile(ruta("web.lock").c_str()), 0);
+    EXPECT_EQ(GESTFICHINT_CheckFile(ruta("web.lock").c_str()), -1);
+    EXPECT_EQ(GESTFICHINT_DeleteFile(ruta("web.lock").c_str()), 0);
+    EXPECT_EQ(GESTFICHINT_CheckFile(ruta("web.lock").c_str()), 0);
+    EXPECT_NE(GESTFICHINT_DeleteFile(ruta("web.lock").c_str()), 0);
+    EXPECT_EQ(GESTFICHINT_CreateFile(ruta("missing/web.lock").c_str()), -1);
+    // The web version file: its first ten bytes, or nothing.
     char version[11];
-    root_.write("config/short", "123456789");
-    EXPECT_EQ(GESTFICHINT_ReadWebVersion(path("short").c_str(), version), -1);
-    root_.write("config/long", "0123456789ABC");
-    ASSERT_EQ(GESTFICHINT_ReadWebVersion(path("long").c_str(), version), 0);
+    raiz_.write("config/short", "123456789");
+    EXPECT_EQ(GESTFICHINT_ReadWebVersion(ruta("short").c_str(), version), -1);
+    raiz_.write("config/long", "0123456789ABC");
+    ASSERT_EQ(GESTFICHINT_ReadWebVersion(ruta("long").c_str(), version), 0);
     EXPECT_STREQ(version, "0123456789");
-    EXPECT_EQ(GESTFICHINT_ReadWebVersion(path("missing").c_str(), version), -1);
+    EXPECT_EQ(GESTFICHINT_ReadWebVersion(ruta("missing").c_str(), version), -1);
+}
+
+TEST_F(Gestfich, ReadFromChangesReadsOneLineWithinTheCapacity)
+{
+    // (text, capacity, result, line, capacity afterwards)
+    const struct { const char *texto; size_t capacidad; int resultado; const char *linea; size_t despues; } casos[] = {
+        {"abc\nnext\n", 8, 0, "abc", 4}, {"abc", 8, -1, "abc", 8}, {"", 8, -1, "", 8}, {"\n", 8, 0, "", 1},
+        {"abcdef\n", 4, -1, "abcd", 4}, {"abc\n", 4, 0, "abc", 4}, {"abc\n", 0, -1, "", 0}};
+    for (const auto &caso : casos) {
+        raiz_.write("config/list", caso.texto);
+        std::FILE *fichero = GESTFICHINT_OpenFile(ruta("list").c_str());
+        ASSERT_NE(fichero, nullptr);
+        char buffer[16];
+        std::memset(buffer, 'Z', sizeof buffer);
+        size_t capacidad = caso.capacidad;
+        EXPECT_EQ(GESTFICH_ReadFromChanges(buffer, &capacidad, fichero), caso.resultado) << caso.texto;
+        EXPECT_EQ(std::string(buffer, strnlen(buffer, caso.capacidad)), caso.linea) << caso.texto;
+        EXPECT_EQ(capacidad, caso.despues) << caso.texto;
+        EXPECT_EQ(buffer[caso.capacidad], 'Z') << "wrote past the capacity";
+        EXPECT_EQ(GESTFICHINT_CloseFile(fichero), 0);
+    }
+    EXPECT_EQ(GESTFICHINT_OpenFile(ruta("missing").c_str()), nullptr);
 }
 
 }  // namespace
