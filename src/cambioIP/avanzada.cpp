@@ -142,7 +142,8 @@ int CIP_GrabaInfoTotal(char *formulario)
     CIPINT_Directorio directorio;
     if (!directorio)
         return CIPINT_ErrorGraveWeb(1);
-    CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0);
+    CIPINT_DocumentoUnidad documento =
+        CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0, true);
     if (!documento) {
         CIPINT_ErrorGraveWeb(6);
         return std::printf("Config stored (IP: %s, model %s)<br>\n", CTESHTML_Escapa(direccion).c_str(), "unknown");
@@ -156,9 +157,16 @@ int CIP_GrabaInfoTotal(char *formulario)
         return CIPINT_ErrorGraveWeb(2);
 
     // The network settings are written here, not by a section: an empty address would
-    // leave the unit unreachable.
+    // leave the unit unreachable, and so would one that is not an address.
     if (!red || direccion.empty() || mascara.empty() || gateway.empty() || dhcp.empty())
         return CIPINT_ErrorGraveWeb(7);
+    std::string rechazado = CIPINT_CampoConControl(formulario);
+    if (rechazado.empty())
+        rechazado = CIPINT_DireccionesRechazadas(direccion, mascara, gateway);
+    if (!rechazado.empty()) {
+        CIPINT_AvisaRechazo(rechazado);
+        return CIPINT_ErrorGraveWeb(7);
+    }
     if (UTILSXML_GrabaIP(documento.get(), direccion.c_str()) != 0)
         CIPINT_ErrorGraveWeb(6);
     if (UTILSXML_GrabaMascara(documento.get(), mascara.c_str()) != 0)
@@ -204,10 +212,16 @@ int CIP_GrabaInfoTotal(char *formulario)
     if (enviar != "1")
         return std::printf("Config stored (IP: %s, model %s)<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
     std::printf("Config Sent (IP: %s, model %s)<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
-    if (esMaster)
-        return GESTFICH_WriteCommandtoFile(GESTFICH_ComandoCambioMaster, UTILS_MapeaRuta(GESTFICH_FicheroComando).c_str());
-    std::printf("Unit with ip %s added to the queue...<br>\n", direccionHtml.c_str());
+    if (esMaster) {
+        if (GESTFICH_WriteCommandtoFile(GESTFICH_ComandoCambioMaster, UTILS_MapeaRuta(GESTFICH_FicheroComando).c_str()) == 0)
+            return 0;
+        std::printf("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
+        return CIPINT_ErrorGraveWeb(6);
+    }
     const std::string entrada = UTILS_Formatea("network.%s\n", sufijo.c_str());
-    return GESTFICH_AddFiletoChanges(entrada.data(), static_cast<long>(entrada.size()),
-                                     UTILS_MapeaRuta(GESTFICH_FicheroCambios).c_str());
+    if (GESTFICH_AddFiletoChanges(entrada.data(), static_cast<long>(entrada.size()),
+                                  UTILS_MapeaRuta(GESTFICH_FicheroCambios).c_str()) == 0)
+        return std::printf("Unit with ip %s added to the queue...<br>\n", direccionHtml.c_str());
+    std::printf("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
+    return CIPINT_ErrorGraveWeb(6);
 }

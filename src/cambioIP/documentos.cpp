@@ -2,6 +2,7 @@
 // every page, save and operation closes what it opened on every path.
 #include "cambioIP/cambioIP_int.h"
 
+#include "gestfich/gestfich.h"
 #include "utilsXML/utilsXML.h"
 
 #include <utility>
@@ -18,25 +19,44 @@ CIPINT_DocumentoUnidad CIPINT_DocumentoUnidad::Siguiente(UTILSXML_Directorio *di
 {
     char ruta[UTILSXML_LONG_RUTA] = {};
     xmlDocPtr documento = UTILSXML_MASTER_AbreFicheroNetwork(directorio, ruta, static_cast<uint8_t>(tipo), sizeof ruta);
-    return CIPINT_DocumentoUnidad(documento, documento != nullptr ? ruta : "");
+    // The store leaves the entry's path in ruta also when the document does not load.
+    return CIPINT_DocumentoUnidad(documento, ruta);
 }
 
-CIPINT_DocumentoUnidad CIPINT_DocumentoUnidad::Abre(UTILSXML_Directorio *directorio, const std::string &ruta, int tipo)
+CIPINT_DocumentoUnidad CIPINT_DocumentoUnidad::Abre(UTILSXML_Directorio *directorio, const std::string &ruta, int tipo,
+                                                    bool paraGrabar)
 {
     char buffer[UTILSXML_LONG_RUTA] = {};
     if (ruta.empty() || ruta.size() >= sizeof buffer)
         return CIPINT_DocumentoUnidad(nullptr, "");
+    int bloqueo = -1;
+    if (paraGrabar) {
+        // Only a file of the configuration directory itself is ever locked.
+        const std::string carpeta = std::string(UTILSXML_MiraPATHConfig()) + "/";
+        if (!ruta.starts_with(carpeta) || ruta.find('/', carpeta.size()) != std::string::npos)
+            return CIPINT_DocumentoUnidad(nullptr, ruta);
+        bloqueo = GESTFICH_BloqueaFichero(ruta.c_str());
+        if (bloqueo < 0)
+            return CIPINT_DocumentoUnidad(nullptr, ruta);
+        // No other save of the unit runs now: any temporary file beside it is a leftover.
+        GESTFICH_BorraTemporales(ruta.c_str());
+    }
     ruta.copy(buffer, ruta.size());
     xmlDocPtr documento = UTILSXML_MASTER_AbreFicheroNetwork(directorio, buffer, static_cast<uint8_t>(tipo), sizeof buffer);
-    return CIPINT_DocumentoUnidad(documento, ruta);
+    return CIPINT_DocumentoUnidad(documento, ruta, bloqueo);
 }
 
 CIPINT_DocumentoUnidad::CIPINT_DocumentoUnidad(CIPINT_DocumentoUnidad &&otro) noexcept
-    : documento_(std::exchange(otro.documento_, nullptr)), ruta_(std::move(otro.ruta_))
+    : documento_(std::exchange(otro.documento_, nullptr)), ruta_(std::move(otro.ruta_)),
+      bloqueo_(std::exchange(otro.bloqueo_, -1))
 {
 }
 
-CIPINT_DocumentoUnidad::~CIPINT_DocumentoUnidad() { Cierra(false); }
+CIPINT_DocumentoUnidad::~CIPINT_DocumentoUnidad()
+{
+    Cierra(false);
+    GESTFICH_DesbloqueaFichero(bloqueo_);
+}
 
 int CIPINT_DocumentoUnidad::Cierra(bool grabar)
 {

@@ -58,17 +58,36 @@ bool CIPINT_ModoAdmite(int modo, const CIP_Modelo &unidad, const CIP_Modelo &mas
     }
 }
 
-// The unit's field suffix "_%03d_%03d_%03d_%03d" from the address in its file name,
-// after "<config>/sondeo." or "<config>/network.". An octet of more than three digits
-// prints "IP wrong" and the suffix is built from the octets as read.
-std::string CIPINT_SufijoDeRuta(const std::string &ruta, int tipo)
+// The part of a unit file's path after "<config>/sondeo." or "<config>/network.".
+const char *CIPINT_NombreDeRuta(const std::string &ruta, int tipo)
 {
     std::string prefijo = std::string(UTILSXML_MiraPATHConfig()) + "/" + UTILSXML_Nombres_Ficheros[tipo != 0 ? 1 : 0] + ".";
-    const char *direccion = ruta.size() >= prefijo.size() ? ruta.c_str() + prefijo.size() : "";
+    return ruta.size() >= prefijo.size() ? ruta.c_str() + prefijo.size() : "";
+}
+
+// The unit's field suffix "_%03d_%03d_%03d_%03d" from the address in its file name. An
+// octet of more than three digits prints "IP wrong" and the suffix is built from the
+// octets as read.
+std::string CIPINT_SufijoDeRuta(const std::string &ruta, int tipo)
+{
+    const char *direccion = CIPINT_NombreDeRuta(ruta, tipo);
     uint8_t a = 0, b = 0, c = 0, d = 0;
     if (CTESHTML_MiraIP(direccion, &a, &b, &c, &d) != 0)
         CIPINT_ErrorGraveWeb(5);
     return UTILS_Formatea("_%03d_%03d_%03d_%03d", a, b, c, d);
+}
+
+// The address in a unit file's name ("10.0.0.32"), or the name part as it stands when it
+// holds none.
+std::string CIPINT_DireccionDeRuta(const std::string &ruta, int tipo)
+{
+    std::string nombre = CIPINT_NombreDeRuta(ruta, tipo);
+    if (nombre.ends_with(".xml"))
+        nombre.resize(nombre.size() - 4);
+    uint8_t a = 0, b = 0, c = 0, d = 0;
+    if (CTESHTML_MiraIP(nombre.c_str(), &a, &b, &c, &d) != 0)
+        return nombre;
+    return UTILS_Formatea("%d.%d.%d.%d", a, b, c, d);
 }
 
 } // namespace
@@ -106,8 +125,18 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo)
         CIPINT_ErrorGraveWeb(resultado);
     } else {
         const std::string rutaMaster = CIPINT_RutaMaster(tipo);
-        while (CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Siguiente(directorio.get(), tipo)) {
+        for (;;) {
+            CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Siguiente(directorio.get(), tipo);
+            if (documento.ruta().empty())
+                break;
             const bool esMaster = documento.ruta() == rutaMaster;
+            if (!documento) {
+                // One unreadable document is a row of its own; the rest of the rack follows.
+                ++filas;
+                const std::string direccion = esMaster ? "master" : CIPINT_DireccionDeRuta(documento.ruta(), tipo);
+                std::fputs(UTILS_Formatea(htmlFilaIlegible, filas, CTESHTML_Escapa(direccion).c_str()).c_str(), stdout);
+                continue;
+            }
             unidad = CIP_Modelo{};
             if (tipo == 1)
                 UTILSXML_STATUS_LeeTipoUnidad(documento.get(), unidad.texto, sizeof unidad.texto - 1);
@@ -159,7 +188,8 @@ int CIPINT_GrabarPagina(const CIP_TablaGrabar *tabla, char *formulario)
         ruta = CIPINT_RutaMaster(0);
     }
 
-    CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Abre(directorio.get(), ruta, 0);
+    // The unit is held from its load to its write: a concurrent save of it waits.
+    CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Abre(directorio.get(), ruta, 0, true);
     if (!documento)
         return CIPINT_ErrorGraveWeb(1);
 
@@ -178,25 +208,43 @@ int CIPINT_GrabarPagina(const CIP_TablaGrabar *tabla, char *formulario)
     std::printf("Processing data for unit with ip %s, model %s<br>\n", direccionHtml.c_str(),
                 CTESHTML_Escapa(unidad.texto).c_str());
 
-    CIP_FuncionGrabar grabar = unidad.familia < CIP_NumFamilias ? tabla->funciones[unidad.familia] : nullptr;
-    int resultado = grabar == nullptr ? 2 : grabar(documento.get(), formulario);
-    if (resultado != 0) {
-        // Nothing is queued: the daemon applies the document at the next good save.
-        CIPINT_ErrorGraveWeb(resultado);
-    } else if (!entradaCola.empty()) {
-        std::printf("Unit with ip %s added to the queue...<br>\n", direccionHtml.c_str());
-        GESTFICH_AddFiletoChanges(entradaCola.data(), static_cast<long>(entradaCola.size()),
-                                  UTILS_MapeaRuta(GESTFICH_FicheroCambios).c_str());
-    } else {
-        GESTFICH_WriteCommandtoFile(GESTFICH_ComandoCambioMaster, UTILS_MapeaRuta(GESTFICH_FicheroComando).c_str());
+    // No field of a unit document holds a line break or another control byte: a request
+    // that sends one changes nothing.
+    const std::string rechazado = CIPINT_CampoConControl(formulario);
+    if (!rechazado.empty()) {
+        CIPINT_AvisaRechazo(rechazado);
+        return CIPINT_ErrorGraveWeb(7);
     }
 
-    // The document is marked and saved even after an error of the family's save.
+    CIP_FuncionGrabar grabar = unidad.familia < CIP_NumFamilias ? tabla->funciones[unidad.familia] : nullptr;
+    int resultado = grabar == nullptr ? 2 : grabar(documento.get(), formulario);
+    if (resultado != 0)
+        CIPINT_ErrorGraveWeb(resultado);
+
+    // The document is marked and written first, even after an error of the family's
+    // save; only a document that is on disk is queued for the daemon, and only when the
+    // family's save succeeded.
     const int marcado = UTILSXML_GrabaCambiosWeb(documento.get(), "1");
+    if (documento.Cierra(true) != 0) {
+        std::printf("Changes for ip %s were not saved!<br>\n", direccionHtml.c_str());
+        return CIPINT_ErrorGraveWeb(6);
+    }
+    bool encolado = true;
+    if (resultado == 0 && !entradaCola.empty()) {
+        encolado = GESTFICH_AddFiletoChanges(entradaCola.data(), static_cast<long>(entradaCola.size()),
+                                             UTILS_MapeaRuta(GESTFICH_FicheroCambios).c_str()) == 0;
+        std::printf(encolado ? "Unit with ip %s added to the queue...<br>\n"
+                             : "Unit with ip %s could not be added to the queue!<br>\n",
+                    direccionHtml.c_str());
+    } else if (resultado == 0) {
+        encolado = GESTFICH_WriteCommandtoFile(GESTFICH_ComandoCambioMaster,
+                                               UTILS_MapeaRuta(GESTFICH_FicheroComando).c_str()) == 0;
+        if (!encolado)
+            std::printf("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
+    }
     std::printf("Changes saved for ip %s, please wait a few seconds while the unit applies them!<br>\n",
                 direccionHtml.c_str());
-    const int guardado = documento.Cierra(true);
-    if (marcado != 0 || guardado != 0)
+    if (marcado != 0 || !encolado)
         return CIPINT_ErrorGraveWeb(6);
     return 0;
 }

@@ -221,7 +221,7 @@ int CIP_GrabaInfoUpdate(char *formulario)
         master ? CIPINT_RutaMaster(0) : UTILS_Formatea("%s/network.%s.xml", UTILSXML_MiraPATHConfig(), sufijo);
     const std::string linea = master ? std::string("network\n") : UTILS_Formatea("network.%s\n", sufijo);
 
-    CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Abre(directorio.get(), ruta, 0);
+    CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Abre(directorio.get(), ruta, 0, true);
     if (!documento)
         return std::printf("<br>ERROR! Unable to save changes for id '%s'. \n", CTESHTML_Escapa(sufijo).c_str());
 
@@ -281,6 +281,16 @@ void EnvioComandosSTB(char *formulario)
         CIPINT_ErrorGraveWeb(100);
         return;
     }
+    // The scripts take the box's address and the channel as arguments: only an address
+    // and a number reach them, never an option or a second line.
+    const char *rechazado = !CIPINT_EsDireccionIPv4(direccion)                          ? "stbip"
+                            : accion == CMDREMOTE_Sintoniza && !CIPINT_EsNumero(canal) ? "mchnstb"
+                                                                                        : nullptr;
+    if (rechazado != nullptr) {
+        CIPINT_AvisaRechazo(rechazado);
+        CIPINT_ErrorGraveWeb(4);
+        return;
+    }
     const std::string direccionHtml = CTESHTML_Escapa(direccion);
 
     switch (accion) {
@@ -332,11 +342,13 @@ void TestWatermarking(char *formulario)
     GetValueKeys(formulario, {{"modo", modo}, {"waterserial", serial}});
     if (modo[0] == '\0' || serial[0] == '\0')
         return;
-
-    const std::string ruta = UTILS_MapeaRuta(CIP_FicheroWatermarking);
-    if (GESTFICHINT_CheckFile(ruta.c_str()) != 0)
-        GESTFICHINT_DeleteFile(ruta.c_str());
-    // Both lines in one append, so that two requests at once never mix their pairs.
+    // The daemon reads exactly two lines: a value with a line break would make more.
+    const char *rechazado = !CIPINT_SinControl(modo) ? "modo" : !CIPINT_SinControl(serial) ? "waterserial" : nullptr;
+    if (rechazado != nullptr) {
+        CIPINT_AvisaRechazo(rechazado);
+        return;
+    }
+    // The pair replaces the file at once: a reader sees the old pair or the new one.
     const std::string lineas = std::string(modo) + "\n" + serial + "\n";
-    GESTFICH_AddFiletoChanges(lineas.data(), static_cast<long>(lineas.size()), ruta.c_str());
+    GESTFICH_ReemplazaFichero(UTILS_MapeaRuta(CIP_FicheroWatermarking).c_str(), lineas.data(), lineas.size());
 }

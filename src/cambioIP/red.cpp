@@ -1,6 +1,7 @@
 // red.cpp: the network configuration page (DHCP, address, mask, gateway and order number
 // of every unit of the master's family) and the save of one unit's network settings.
 #include "cambioIP/paginas.h"
+#include "cambioIP/cambioIP_int.h"
 
 #include "cteshtml/cteshtml.h"
 #include "cteshtml/paginas_comunes.h"
@@ -118,6 +119,15 @@ int CIPINT_GrabaConfigRed(xmlDocPtr documento, char *formulario)
                               {"orden", orden}});
     if (ip[0] == '\0' || mascara[0] == '\0' || gateway[0] == '\0' || orden[0] == '\0')
         return 7;
+    // The daemon gives the unit these settings: a value that is no address, or an order
+    // number outside the page's 1..9999, is refused like a missing one.
+    std::string rechazado = CIPINT_DireccionesRechazadas(ip, mascara, gateway);
+    if (rechazado.empty() && !CIPINT_EsNumero(orden, 1, 9999))
+        rechazado = "orden";
+    if (!rechazado.empty()) {
+        CIPINT_AvisaRechazo(rechazado);
+        return 7;
+    }
 
     // Every write is attempted; one failure makes the whole save a failure.
     struct Escritura {

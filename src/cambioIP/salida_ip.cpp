@@ -437,9 +437,11 @@ int CIPINT_GrabaSalidaIP(xmlDocPtr documento, char *formulario)
     for (const CIP_ListaIP &lista : listas) {
         if (lista.graba == nullptr || !valores[lista.clave].presente)
             continue;
-        // Only the unit's IP entries are written; other line numbers are skipped.
+        // The enabled boxes are the unit's IP entries only; the other lists are stored for
+        // every line the page painted (as many as the larger of the entries and inputs).
+        const long ultima = lista.clave == CIP_ClaveActiva ? nentip : CIP_MaxLineasIP;
         for (const PROCCGI_ParLinea &par : PROCCGI_ParesLinea(valores[lista.clave].texto)) {
-            if (par.linea < 1 || par.linea > nentip || par.linea > CIP_MaxLineasIP)
+            if (par.linea < 1 || par.linea > ultima || par.linea > CIP_MaxLineasIP)
                 continue;
             fallo |= lista.graba(documento, par.valor.c_str(), static_cast<uint8_t>(par.linea)) != 0;
         }

@@ -218,7 +218,8 @@ int CIP_GrabaListServicios(char *formulario)
     CIPINT_Directorio directorio;
     if (!directorio)
         return CIPINT_ErrorGraveWeb(1);
-    CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0);
+    CIPINT_DocumentoUnidad documento =
+        CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0, true);
     if (!documento)
         return CIPINT_ErrorGraveWeb(6);
 
@@ -232,6 +233,12 @@ int CIP_GrabaListServicios(char *formulario)
     const long k = CIPINT_Numero(textoEntrada);
     if (!presentes || k < 1 || k > CIP_MaxNumero)
         return CIPINT_ErrorGraveWeb(7);
+    // A service name or number is one line of the unit's document.
+    const std::string rechazado = CIPINT_CampoConControl(formulario);
+    if (!rechazado.empty()) {
+        CIPINT_AvisaRechazo(rechazado);
+        return CIPINT_ErrorGraveWeb(7);
+    }
 
     // Only the services that the page listed count; the store numbers them in one byte.
     const long servicios = CIPINT_Numero(textoServicios);

@@ -46,6 +46,11 @@ inline constexpr char htmlcheckbox[] = "<input name=\"%s\" id=\"%s\" type=\"chec
 // field name (twice), value as painted
 inline constexpr char htmlanterior[] = "<input id=\"anterior%s\" name=\"anterior%s\" value=\"%s\" type=\"hidden\">";
 inline constexpr char htmlfintabla[] = "</tbody></table>";
+// The row of a unit whose document cannot be read: row number, the unit's address
+inline constexpr char htmlFilaIlegible[] =
+    "<tr><td>%d</td><td colspan=\"20\"><strong>Unit %s: its document cannot be read</strong></td></tr>";
+// The value of a request that was refused: field name
+inline constexpr char htmlValorRechazado[] = "Refused value for %s.<br>\n";
 // id, content
 inline constexpr char htmldiv[] = "<div id=\"%s\">%s</div>";
 // id, content (a hidden pop-up layer)

@@ -4,6 +4,7 @@
 #include "funciones_XML/funciones_XML.h"
 
 #include "Utilhexasciistrings/Utilhexasciistrings.h"
+#include "gestfich/gestfich.h"
 #include "utils/utils.h"
 
 #include <fcntl.h>
@@ -87,24 +88,6 @@ class Descriptor {
 
   private:
     int fd_;
-};
-
-// A temporary file removed when the owner goes away, unless it was renamed into place.
-class FicheroTemporal {
-  public:
-    explicit FicheroTemporal(std::string nombre) : nombre_(std::move(nombre)) {}
-    ~FicheroTemporal()
-    {
-        if (!nombre_.empty())
-            ::unlink(nombre_.c_str());
-    }
-    FicheroTemporal(const FicheroTemporal &) = delete;
-    FicheroTemporal &operator=(const FicheroTemporal &) = delete;
-    const std::string &nombre() const { return nombre_; }
-    void conserva() { nombre_.clear(); }
-
-  private:
-    std::string nombre_;
 };
 
 // The layer's diagnostics: plain text on standard output, flushed at once.
@@ -461,28 +444,9 @@ bool escribeTextoINT(xmlNodePtr nodo, const char *valor)
     }
 }
 
-// Longest part of the unit file's name kept in the temporary name (NAME_MAX in all).
-constexpr size_t maxNombreTemporal = NAME_MAX - std::char_traits<char>::length("..tmpXXXXXX");
-
 void avisoGuardado(const char *fichero, const char *paso)
 {
     std::fprintf(stderr, "FUNCXML_GuardaDocumento:%s:%s:%s:[ERROR]\n", fichero, paso, std::strerror(errno));
-}
-
-bool escribeTodoINT(int fd, const xmlChar *datos, size_t longitud)
-{
-    const auto *p = reinterpret_cast<const char *>(datos);
-    while (longitud > 0) {
-        const ssize_t escritos = ::write(fd, p, longitud);
-        if (escritos < 0) {
-            if (errno == EINTR)
-                continue;
-            return false;
-        }
-        p += escritos;
-        longitud -= static_cast<size_t>(escritos);
-    }
-    return true;
 }
 
 void pausaCargaINT()
@@ -807,6 +771,13 @@ xmlDocPtr LOAD_XML_RDONLY(const char *fichero, xmlDocPtr *documento)
         imprime("LOAD_XML_RDONLY:Error Open:%s:%s:[ERROR]\n", fichero, std::strerror(errno));
         return nullptr;
     }
+    // No unit document comes near this size: a larger file is not one, and parsing it
+    // would cost the master many times its size in memory.
+    struct stat estado {};
+    if (::fstat(fd.get(), &estado) == 0 && estado.st_size > FUNCXML_TamMaxDocumento) {
+        imprime("LOAD_XML_RDONLY:Too large:%s:%lld bytes:[ERROR]\n", fichero, static_cast<long long>(estado.st_size));
+        return nullptr;
+    }
     if (*documento != nullptr) {
         imprime("LOAD_XML_RDONLY:Se libera memoria");
         xmlFreeDoc(*documento);
@@ -830,44 +801,6 @@ int FUNCXML_GuardaDocumento(xmlDocPtr documento, const char *fichero)
     if (documento == nullptr || fichero == nullptr || fichero[0] == '\0')
         return -1;
 
-    // A unit file that is a link is replaced where it really lives, so the link stays.
-    std::string destino = fichero;
-    struct stat estado {};
-    if (::lstat(fichero, &estado) == 0 && S_ISLNK(estado.st_mode)) {
-        BloqueMalloc<char> real(::realpath(fichero, nullptr));
-        if (real == nullptr) {
-            avisoGuardado(fichero, "realpath");
-            return -1;
-        }
-        destino = real.get();
-    }
-    const size_t barra = destino.rfind('/');
-    const std::string carpeta =
-        (barra == std::string::npos) ? std::string(".") : (barra == 0 ? std::string("/") : destino.substr(0, barra));
-    const std::string nombre = (barra == std::string::npos) ? destino : destino.substr(barra + 1);
-    if (nombre.empty() || nombre == "." || nombre == "..") {
-        errno = EISDIR;
-        avisoGuardado(fichero, "nombre");
-        return -1;
-    }
-
-    // The new file takes the permission bits (and, where allowed, the owner) of the one
-    // it replaces; a new unit file gets 0644.
-    mode_t modo = 0644;
-    bool existe = false;
-    if (::stat(destino.c_str(), &estado) == 0) {
-        if (!S_ISREG(estado.st_mode)) {
-            errno = EISDIR;
-            avisoGuardado(fichero, "stat");
-            return -1;
-        }
-        modo = estado.st_mode & 07777;
-        existe = true;
-    } else if (errno != ENOENT) {
-        avisoGuardado(fichero, "stat");
-        return -1;
-    }
-
     // The document as it stands, without reformatting: untouched elements, comments and
     // blank text keep their bytes.
     xmlChar *memoria = nullptr;
@@ -879,50 +812,11 @@ int FUNCXML_GuardaDocumento(xmlDocPtr documento, const char *fichero)
         avisoGuardado(fichero, "serializa");
         return -1;
     }
-
-    // The temporary name starts with '.', so the scan of unit files never takes it for one.
-    std::string plantilla = carpeta + "/." + nombre.substr(0, maxNombreTemporal) + ".tmpXXXXXX";
-    std::vector<char> nombreTemporal(plantilla.begin(), plantilla.end());
-    nombreTemporal.push_back('\0');
-    Descriptor fd(::mkostemp(nombreTemporal.data(), O_CLOEXEC));
-    if (!fd.valido()) {
-        avisoGuardado(fichero, "mkstemp");
-        return -1;
-    }
-    FicheroTemporal temporal(nombreTemporal.data());
-
-    if (!escribeTodoINT(fd.get(), serializado.get(), static_cast<size_t>(longitud))) {
-        avisoGuardado(fichero, "write");
-        return -1;
-    }
-    if (existe && (estado.st_uid != ::geteuid() || estado.st_gid != ::getegid())) {
-        // Only root may give the file away; otherwise it stays ours.
-        [[maybe_unused]] const int ignorado = ::fchown(fd.get(), estado.st_uid, estado.st_gid);
-    }
-    if (::fchmod(fd.get(), modo) != 0) {
-        avisoGuardado(fichero, "fchmod");
-        return -1;
-    }
-    if (::fsync(fd.get()) != 0) {
-        avisoGuardado(fichero, "fsync");
-        return -1;
-    }
-    if (!fd.cierra()) {
-        avisoGuardado(fichero, "close");
-        return -1;
-    }
-    if (::rename(temporal.nombre().c_str(), destino.c_str()) != 0) {
-        avisoGuardado(fichero, "rename");
-        return -1;
-    }
-    temporal.conserva();
-
-    // The new name is made durable too. The document is already in place, so a folder
-    // that cannot be synced is only reported.
-    Descriptor dir(::open(carpeta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!dir.valido() || (::fsync(dir.get()) != 0 && errno != EINVAL))
-        avisoGuardado(fichero, "fsync carpeta");
-    return 0;
+    const char *paso = nullptr;
+    const int resultado = GESTFICH_GuardaAtomico(fichero, serializado.get(), static_cast<size_t>(longitud), &paso);
+    if (paso != nullptr)
+        avisoGuardado(fichero, paso);
+    return resultado;
 }
 
 // ---------------------------------------------------------------------------

@@ -43,9 +43,13 @@ int FUNCXML_BorraNodoXML(xmlDocPtr documento, const char *ruta);
 // first node matching the parent's XPath.
 int FUNCXML_AddNodoXML(xmlDocPtr documento, const char *padre, const char *nombre, const char *contenido);
 
+// Largest file taken for a document: a real unit document is a few kilobytes.
+inline constexpr long long FUNCXML_TamMaxDocumento = 1 << 20;
+
 // Loads the file read-only into *documento (freeing a document already there) and
 // pauses afterwards for CAMBIOIP_LOAD_PAUSE_MS (250 ms when unset). The loaded
-// document, or null; a file that cannot be opened leaves *documento untouched.
+// document, or null; a file that cannot be opened, or is larger than
+// FUNCXML_TamMaxDocumento, leaves *documento untouched.
 xmlDocPtr LOAD_XML_RDONLY(const char *ruta, xmlDocPtr *documento);
 
 // Writes the document to ruta atomically: a temporary file in the same folder (a name

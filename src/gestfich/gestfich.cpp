@@ -176,3 +176,11 @@ int GESTFICHINT_ReadWebVersion(const char *ruta, char *version)
     version[longitud] = '\0';
     return 0;
 }
+
+int GESTFICH_ReemplazaFichero(const char *ruta, const void *datos, size_t longitud)
+{
+    if (GESTFICH_GuardaAtomico(ruta, datos, longitud) != 0)
+        return -1;
+    GESTFICHINT_PermisosTodos(ruta);
+    return 0;
+}

@@ -30,6 +30,27 @@ uint8_t GESTFICH_ReadCommandfromFile(const char *ruta);
 // when the buffer fills up without a newline.
 int GESTFICH_ReadFromChanges(char *linea, size_t *capacidad, std::FILE *fichero);
 
+// Replaces the file with the bytes atomically: they are written to a temporary file in the
+// same folder (".<name>.tmp" and six characters, a name the unit-file scan never matches),
+// flushed to disk and renamed over the file, which keeps its permission bits (a new file
+// gets 0644); a file that is a link is replaced at its target. A failed replacement leaves
+// the file as it was and no temporary file: -1 with errno set, and *paso (when given)
+// naming the step that failed. On success *paso is null, or names the folder sync that
+// could not be made durable.
+int GESTFICH_GuardaAtomico(const char *ruta, const void *datos, size_t longitud, const char **paso = nullptr);
+// The same for a file shared with the daemon, which gets mode 0666 like the queue.
+int GESTFICH_ReemplazaFichero(const char *ruta, const void *datos, size_t longitud);
+// Removes the temporary files that replacements of this file left behind when they were
+// cut short (a killed request). Only safe while holding the file's lock: the number
+// removed, or -1 when the folder cannot be read.
+int GESTFICH_BorraTemporales(const char *ruta);
+// Takes the exclusive lock of the file the path names, waiting for the holder, and
+// returns the descriptor that holds it (-1 when the file cannot be opened). Writers that
+// load, change and replace a file take it first, so they take turns; the lock dies with
+// the descriptor or the process, so a crashed holder never blocks the file.
+int GESTFICH_BloqueaFichero(const char *ruta);
+void GESTFICH_DesbloqueaFichero(int descriptor);
+
 // -1 when the file can be opened for reading (it exists), 0 when not.
 int GESTFICHINT_CheckFile(const char *ruta);
 int GESTFICHINT_CreateFile(const char *ruta);

@@ -351,6 +351,19 @@ TEST_F(Fichero, ALoadReplacesTheHandleAndEveryLoadPausesForTheConfiguredTime)
     EXPECT_EQ(pausasPedidas, std::vector<long>{40});
 }
 
+TEST_F(Fichero, AFileLargerThanAnyUnitDocumentIsNotParsed)
+{
+    const std::string cuerpo = "<R><V>x</V>";
+    const std::string cierre = "</R>";
+    std::string justo = cuerpo + std::string(FUNCXML_TamMaxDocumento - cuerpo.size() - cierre.size(), ' ') + cierre;
+    raiz_.write("config/justo.xml", justo);
+    raiz_.write("config/grande.xml", justo + " ");
+    EXPECT_NE(carga("justo.xml"), nullptr);
+    const std::string salida = salidaDe([&] { EXPECT_EQ(carga("grande.xml"), nullptr); });
+    EXPECT_NE(salida.find("LOAD_XML_RDONLY:Too large:"), std::string::npos) << salida;
+    EXPECT_NE(handle_, nullptr) << "the document already loaded stays";
+}
+
 TEST_F(Fichero, ExternalEntitiesAreNeverRead)
 {
     raiz_.write("config/secreto", "leaked");

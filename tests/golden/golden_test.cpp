@@ -21,6 +21,7 @@
 //   copy: <path> < <fixture> a copy of a file of tests/fixtures
 //   dir: <path>              an empty folder under the root
 //   remove: <path>           removes a file or folder of the rack before the request
+//   fsize: <bytes>           the largest file the program may write (a full disk)
 #include "support/cgi_runner.h"
 
 #include <gtest/gtest.h>
@@ -52,6 +53,7 @@ struct Case {
     std::vector<std::pair<std::string, std::string>> copies;  // path, fixture
     std::vector<std::string> folders;
     std::vector<std::string> removals;
+    long fileSizeLimit = -1;
 };
 
 std::string trim(const std::string &text)
@@ -118,6 +120,8 @@ Case parseCase(const fs::path &file)
             c.copies.push_back(split(value, "<"));
         } else if (key == "dir") {
             c.folders.push_back(trim(value));
+        } else if (key == "fsize") {
+            c.fileSizeLimit = std::stol(value);
         } else if (key == "remove") {
             c.removals.push_back(trim(value));
         } else {
@@ -248,6 +252,7 @@ TEST_P(Golden, AnswersAndFilesMatch)
     }
     for (const auto &[name, value] : c.env)
         request.env[name] = value;
+    request.fileSizeLimit = c.fileSizeLimit;
 
     const auto before = snapshot(root);
     const CgiResult result = runCgi(root, request);

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <spawn.h>
 #include <sstream>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -119,7 +120,16 @@ CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, co
     char *argv[] = {program.data(), nullptr};
     pid_t pid = 0;
     CgiResult result;
+    // The program inherits the file-size limit it is started with; ours is put back at once.
+    rlimit ours{};
+    getrlimit(RLIMIT_FSIZE, &ours);
+    if (request.fileSizeLimit >= 0) {
+        rlimit limited = ours;
+        limited.rlim_cur = static_cast<rlim_t>(request.fileSizeLimit);
+        setrlimit(RLIMIT_FSIZE, &limited);
+    }
     int rc = posix_spawn(&pid, program.c_str(), &actions, nullptr, argv, envp.data());
+    setrlimit(RLIMIT_FSIZE, &ours);
     posix_spawn_file_actions_destroy(&actions);
     if (rc == 0) {
         int status = 0;

@@ -46,6 +46,7 @@ struct CgiRequest {
     std::map<std::string, std::string> env;  // CGI variables (REQUEST_METHOD, ...)
     std::string stdinData;                   // POST body as delivered on standard input
     std::string workingDir;                  // empty: a fresh temporary folder
+    long fileSizeLimit = -1;                 // RLIMIT_FSIZE of the program, in bytes (-1: none)
 };
 
 // Runs cambioIP.cgi with exactly the given variables plus CAMBIOIP_ROOT=root and
