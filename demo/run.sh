@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Serves the sample rack through lighttpd, in the foreground, until Ctrl-C.
+# Serves the browser front (www/) and the sample rack through lighttpd, in the foreground,
+# until Ctrl-C.
 #   demo/run.sh <cambioIP.cgi> <port> <state folder>
 # The rack's working copy lives in <state folder>/demo-root, made from demo/root on the
 # first start, so that saves persist between runs and the repository stays clean.
@@ -24,13 +25,14 @@ fi
 
 conf="$state/lighttpd-demo.conf"
 cat > "$conf" <<CONF
-server.document-root = "$here/www"
+server.document-root = "$here/../www"
 server.bind          = "127.0.0.1"
 server.port          = $port
 server.modules      += ( "mod_alias", "mod_cgi", "mod_setenv" )
 server.errorlog      = "$state/lighttpd-error.log"
 index-file.names     = ( "index.html" )
-mimetype.assign      = ( ".html" => "text/html; charset=utf-8", ".css" => "text/css", ".js" => "text/javascript" )
+mimetype.assign      = ( ".html" => "text/html; charset=utf-8", ".css" => "text/css", ".js" => "text/javascript",
+                         ".png" => "image/png", ".gif" => "image/gif", ".svg" => "image/svg+xml" )
 alias.url            = ( "/cgi-bin/cambioIP.cgi" => "$cgi" )
 \$HTTP["url"] =~ "^/cgi-bin/" {
   cgi.assign = ( ".cgi" => "" )
