@@ -1,5 +1,6 @@
 // gestfich.cpp: change queue, command file, lock files and line reading.
 #include "gestfich/gestfich.h"
+#include "gestfich/gestfich_int.h"
 
 #include <cerrno>
 #include <cstring>
@@ -15,18 +16,7 @@ struct CierraFichero {
 };
 using Fichero = std::unique_ptr<std::FILE, CierraFichero>;
 
-// Closes the descriptor on every path.
-struct Descriptor {
-    int fd;
-    explicit Descriptor(int d) : fd(d) {}
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor()
-    {
-        if (fd >= 0)
-            ::close(fd);
-    }
-};
+using Descriptor = GESTFICHINT_Descriptor;
 
 // The open command-file stream of the module (at most one).
 Fichero ficherocomando;

@@ -2,6 +2,7 @@
 // watermarking settings), the leftovers of replacements that were cut short, and the
 // per-file lock that makes two writers of one file take turns.
 #include "gestfich/gestfich.h"
+#include "gestfich/gestfich_int.h"
 
 #include <cerrno>
 #include <climits>
@@ -19,23 +20,7 @@
 
 namespace {
 
-struct Descriptor {
-    int fd;
-    explicit Descriptor(int d) : fd(d) {}
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor()
-    {
-        if (fd >= 0)
-            ::close(fd);
-    }
-    bool cierra()
-    {
-        const int d = fd;
-        fd = -1;
-        return ::close(d) == 0;
-    }
-};
+using Descriptor = GESTFICHINT_Descriptor;
 
 // A temporary file removed when the owner goes away, unless it was renamed into place.
 class FicheroTemporal {

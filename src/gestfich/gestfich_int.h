@@ -1,0 +1,24 @@
+// Private helpers of gestfich shared by its files.
+#pragma once
+
+#include <unistd.h>
+
+// A file descriptor closed on every path.
+struct GESTFICHINT_Descriptor {
+    int fd;
+    explicit GESTFICHINT_Descriptor(int d) : fd(d) {}
+    GESTFICHINT_Descriptor(const GESTFICHINT_Descriptor &) = delete;
+    GESTFICHINT_Descriptor &operator=(const GESTFICHINT_Descriptor &) = delete;
+    ~GESTFICHINT_Descriptor()
+    {
+        if (fd >= 0)
+            ::close(fd);
+    }
+    // Closes now, reporting the result (a delayed write error shows here).
+    bool cierra()
+    {
+        const int d = fd;
+        fd = -1;
+        return ::close(d) == 0;
+    }
+};
