@@ -1,0 +1,330 @@
+// aplicar.js: the "Apply selected" button of the configuration pages. It sends every
+// selected unit row (its forzarconfig box ticked) to the CGI's save command of the page,
+// one unit per request, while holding the page lock, so the web pages, the front panel and
+// the control daemon never change a unit at the same time. What each unit answered stays
+// on screen in #resultado, also after the page is loaded again with the saved values.
+'use strict';
+
+(() => {
+  const CGI = 'cgi-bin/cambioIP.cgi';
+
+  // Configuration route -> the CGI command that saves one unit of it.
+  const GUARDADOS = { network: 4, inputs: 11, transport: 20, output: 21, test: 22, ip: 28 };
+
+  // Controls whose name on the page differs from the key the save reads.
+  const RENOMBRES = { 4: { dhcpcheck: 'dhcp' } };
+
+  // A request that has not been answered after this long is given up (the lock is still
+  // released); a CGI save of one unit takes well under a second.
+  const ESPERA_MS = 30000;
+
+  // A unit's controls end in its address as _ddd_ddd_ddd_ddd; the master's carry nothing.
+  const SUFIJO = /_\d{3}_\d{3}_\d{3}_\d{3}$/;
+  // A per-line control: base name followed by the line number (eon2, outputIP1).
+  const POR_LINEA = /^([A-Za-z]+)(\d+)$/;
+  // The twin that remembers the value the page was painted with.
+  const GEMELO = /^anterior([A-Za-z]+)$/;
+
+  const contenido = document.getElementById('contenido');
+
+  let bloqueoTomado = false; // the web lock is ours right now
+  let peticionActual = null; // AbortController of the request in flight
+  let ejecucion = 0; // number of the apply run in progress; 0 when none
+  let resultadoPendiente = null; // { ruta, html, error } shown again after the reload
+
+  // The part of a CGI answer between <body> and </body>.
+  function cuerpoDe(html) {
+    const inicio = html.indexOf('<body>');
+    const fin = html.lastIndexOf('</body>');
+    return (inicio < 0 ? html : html.slice(inicio + 6, fin < 0 ? html.length : fin)).trim();
+  }
+
+  // One request to the CGI, given up after ESPERA_MS or when the operator leaves the page.
+  async function pide(url, opciones = {}) {
+    const control = new AbortController();
+    peticionActual = control;
+    const reloj = setTimeout(() => control.abort(new Error('no answer within 30 s')), ESPERA_MS);
+    try {
+      const respuesta = await fetch(url, { ...opciones, cache: 'no-store', signal: control.signal });
+      if (!respuesta.ok)
+        throw new Error(`the web server answered ${respuesta.status}`);
+      return await respuesta.text();
+    } catch (error) {
+      if (control.signal.aborted && control.signal.reason instanceof Error)
+        throw control.signal.reason;
+      throw error;
+    } finally {
+      clearTimeout(reloj);
+      if (peticionActual === control)
+        peticionActual = null;
+    }
+  }
+
+  // Releases the web lock. While the page stays, it waits for the CGI's answer; when the
+  // page goes away, the request is handed to the browser so it is sent all the same.
+  async function liberaBloqueo({ saliendo = false } = {}) {
+    if (!bloqueoTomado)
+      return;
+    bloqueoTomado = false;
+    if (saliendo) {
+      const cuerpo = new URLSearchParams({ command: '6' });
+      if (!(navigator.sendBeacon && navigator.sendBeacon(CGI, cuerpo)))
+        fetch(CGI, { method: 'POST', body: cuerpo, keepalive: true }).catch(() => {});
+      return;
+    }
+    try {
+      await pide(`${CGI}?command=6`);
+    } catch {
+      // Nothing more can be done from here; the next apply takes the lock again anyway.
+    }
+  }
+
+  // The selected units, in row order: suffix ('' for the master) and its select box.
+  function unidadesMarcadas() {
+    const unidades = [];
+    for (const caja of contenido.querySelectorAll('input[type="checkbox"][name^="forzarconfig"]')) {
+      const sufijo = caja.name.slice('forzarconfig'.length);
+      if (sufijo !== '' && !SUFIJO.test(sufijo))
+        continue;
+      if (caja.checked)
+        unidades.push(sufijo);
+    }
+    return unidades;
+  }
+
+  function valorDe(control) {
+    if (control.type === 'checkbox' || control.type === 'radio')
+      return control.checked ? '1' : '0';
+    return control.value;
+  }
+
+  // The save's form for one unit: every control of the unit under its base name; per-line
+  // controls joined into "<line>_<value>_<line>_<value>"; a value the page keeps only in its
+  // twin (the number of inputs, whether the unit has IP) taken from the twin.
+  function formularioDe(sufijo, comando) {
+    const simples = new Map();
+    const lineas = new Map();
+    const gemelos = new Map();
+    const renombres = RENOMBRES[comando] || {};
+    for (const control of contenido.querySelectorAll('input[name], select[name], textarea[name]')) {
+      if (['button', 'submit', 'reset', 'image', 'file'].includes(control.type))
+        continue;
+      const nombre = control.name;
+      const propio = sufijo === '' ? !SUFIJO.test(nombre) : nombre.endsWith(sufijo);
+      if (!propio)
+        continue;
+      const base = nombre.slice(0, nombre.length - sufijo.length);
+      if (base.endsWith('_all') || base.startsWith('forzarconf'))
+        continue;
+      const gemelo = GEMELO.exec(base);
+      if (gemelo) {
+        gemelos.set(gemelo[1], control.value);
+        continue;
+      }
+      const linea = POR_LINEA.exec(base);
+      if (linea) {
+        const clave = renombres[linea[1]] || linea[1];
+        if (!lineas.has(clave))
+          lineas.set(clave, []);
+        lineas.get(clave).push([Number(linea[2]), valorDe(control)]);
+      } else if (/^[A-Za-z]+$/.test(base)) {
+        simples.set(renombres[base] || base, valorDe(control));
+      }
+    }
+    const formulario = new URLSearchParams({ command: String(comando) });
+    for (const [clave, valor] of simples)
+      formulario.append(clave, valor);
+    for (const [clave, pares] of lineas) {
+      if (simples.has(clave))
+        continue;
+      pares.sort((a, b) => a[0] - b[0]);
+      formulario.append(clave, pares.map(([n, v]) => `${n}_${v}`).join('_'));
+    }
+    for (const [clave, valor] of gemelos)
+      if (!simples.has(clave) && !lineas.has(clave))
+        formulario.append(clave, valor);
+    // The save drops the first character: ".010.000.000.021" names network.010.000.000.021.xml.
+    formulario.append('sufijo', sufijo.replaceAll('_', '.'));
+    return formulario;
+  }
+
+  function nombreUnidad(sufijo) {
+    if (sufijo === '')
+      return 'master';
+    return sufijo.slice(1).split('_').map(Number).join('.');
+  }
+
+  function panel() {
+    let resultado = document.getElementById('resultado');
+    if (!resultado) {
+      resultado = document.createElement('div');
+      resultado.id = 'resultado';
+      resultado.setAttribute('role', 'status');
+      const boton = contenido.querySelector('button.aplicar');
+      if (boton)
+        boton.after(resultado);
+      else
+        contenido.prepend(resultado);
+    }
+    return resultado;
+  }
+
+  function muestra(texto, { error = false, reintento = null } = {}) {
+    const resultado = panel();
+    resultado.replaceChildren();
+    resultado.classList.toggle('error', error);
+    const parrafo = document.createElement('p');
+    parrafo.className = 'mensaje-aplicar';
+    parrafo.textContent = texto;
+    resultado.append(parrafo);
+    if (reintento) {
+      const boton = document.createElement('button');
+      boton.type = 'button';
+      boton.className = 'reintentar';
+      boton.textContent = 'Retry';
+      boton.addEventListener('click', reintento);
+      resultado.append(boton);
+    }
+  }
+
+  // What the refusing check reports, as names the operator can find on the page.
+  function rechazados() {
+    if (typeof window.camposRechazados !== 'function')
+      return [];
+    const lista = window.camposRechazados(contenido);
+    if (!lista)
+      return [];
+    return [...lista].map((campo) =>
+      typeof campo === 'string' ? campo : campo?.name || campo?.id || String(campo));
+  }
+
+  async function aplica() {
+    if (ejecucion)
+      return;
+    const ruta = contenido.dataset.ruta;
+    const comando = GUARDADOS[ruta];
+    if (!comando)
+      return;
+
+    const malos = rechazados();
+    if (malos.length) {
+      muestra(`Nothing was applied: correct these values first: ${malos.join(', ')}.`, { error: true });
+      return;
+    }
+    const unidades = unidadesMarcadas();
+    if (!unidades.length) {
+      muestra('No unit is selected: tick the Select box of the units to apply.');
+      return;
+    }
+    // The forms are read now, before anything can change the page.
+    const formularios = unidades.map((sufijo) => ({ sufijo, formulario: formularioDe(sufijo, comando) }));
+
+    const esta = ++ejecucion;
+    const boton = contenido.querySelector('button.aplicar');
+    if (boton)
+      boton.disabled = true;
+    const resultado = panel();
+    resultado.classList.remove('error');
+    resultado.replaceChildren();
+    let recargar = false;
+    try {
+      let respuesta;
+      try {
+        respuesta = await pide(`${CGI}?command=5`);
+      } catch (error) {
+        muestra(`The page lock could not be taken: ${error.message}.`, { error: true });
+        return;
+      }
+      if (respuesta === '1') {
+        muestra('The front panel or the control daemon is busy; try again.', { error: true, reintento: aplica });
+        return;
+      }
+      if (respuesta !== '0') {
+        muestra(`The page lock could not be taken: unexpected answer "${respuesta.slice(0, 80)}".`, { error: true });
+        return;
+      }
+      bloqueoTomado = true;
+
+      let fallos = 0;
+      for (const [i, { sufijo, formulario }] of formularios.entries()) {
+        if (esta !== ejecucion)
+          return;
+        const linea = document.createElement('div');
+        linea.className = 'unidad-aplicada';
+        linea.dataset.unidad = nombreUnidad(sufijo);
+        try {
+          const html = cuerpoDe(await pide(CGI, { method: 'POST', body: formulario }));
+          const fallida = html.includes('ERROR!');
+          linea.dataset.estado = fallida ? 'fallo' : 'ok';
+          linea.innerHTML = html;
+          if (fallida)
+            fallos++;
+        } catch (error) {
+          if (esta !== ejecucion)
+            return;
+          linea.dataset.estado = 'fallo';
+          linea.textContent = `Unit ${nombreUnidad(sufijo)}: not applied: ${error.message}.` +
+            (i + 1 < formularios.length ? ' The units after it were not sent.' : '');
+          resultado.append(linea);
+          fallos++;
+          break;
+        }
+        resultado.append(linea);
+      }
+      resultado.classList.toggle('error', fallos > 0);
+      recargar = true;
+    } finally {
+      if (esta === ejecucion) {
+        await liberaBloqueo();
+        if (boton)
+          boton.disabled = false;
+      }
+      // The operator may have left while the lock was being released: then the new
+      // page is already coming and this run leaves it alone.
+      if (esta === ejecucion) {
+        ejecucion = 0;
+        if (recargar) {
+          // The page comes again with the saved values; the answers stay on screen.
+          resultadoPendiente = { ruta, html: resultado.innerHTML, error: resultado.classList.contains('error') };
+          window.dispatchEvent(new HashChangeEvent('hashchange'));
+        }
+      }
+    }
+  }
+
+  // Leaving while an apply is under way: stop it and hand the lock back.
+  function abandona() {
+    if (!ejecucion && !bloqueoTomado)
+      return;
+    ejecucion = 0;
+    peticionActual?.abort(new Error('the page was left'));
+    liberaBloqueo({ saliendo: true });
+  }
+
+  document.addEventListener('paginacargada', (evento) => {
+    const ruta = evento.detail?.ruta;
+    const pendiente = resultadoPendiente;
+    resultadoPendiente = null;
+    if (!Object.hasOwn(GUARDADOS, ruta) || contenido.querySelector('button.aplicar'))
+      return;
+    const boton = document.createElement('button');
+    boton.type = 'button';
+    boton.className = 'aplicar';
+    boton.textContent = 'Apply selected';
+    boton.addEventListener('click', aplica);
+    const tabla = contenido.querySelector('#tabadatos');
+    if (tabla && tabla.parentNode)
+      tabla.parentNode.insertBefore(boton, tabla);
+    else
+      contenido.prepend(boton);
+    const resultado = panel();
+    if (pendiente && pendiente.ruta === ruta) {
+      resultado.innerHTML = pendiente.html;
+      resultado.classList.toggle('error', pendiente.error);
+    }
+  });
+
+  window.addEventListener('hashchange', abandona);
+  window.addEventListener('pagehide', abandona);
+  window.addEventListener('beforeunload', abandona);
+})();
