@@ -63,11 +63,12 @@ test: deps
 golden: build
 	GOLDEN_UPDATE=1 $(BUILD)/tests/golden/golden_test
 
-# Lines of test sources against lines of code (golden answers and fixtures are data).
+# Lines of test sources against lines of code: src/, tools/ and www/ (golden answers,
+# fixtures and images are data).
 test-ratio:
 	@t=$$(find tests -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.py' -o -name '*.sh' -o -name '*.js' \) \
 	      -not -path 'tests/fixtures/*' -not -path 'tests/golden/cases/*' -not -path '*/node_modules/*' -print0 | xargs -0 cat | wc -l); \
-	c=$$(find src $$( [ -d www ] && echo www ) -type f -not -name '*.png' -not -name '*.gif' -print0 | xargs -0 cat | wc -l); \
+	c=$$(find src tools www -type f -not -name '*.png' -not -name '*.gif' -print0 2>/dev/null | xargs -0 cat | wc -l); \
 	echo "Test lines: $$t for $$c lines of code ($$((100 * t / c)) %)"
 
 demo: deps

@@ -33,7 +33,9 @@ server.errorlog      = "$state/lighttpd-error.log"
 index-file.names     = ( "index.html" )
 mimetype.assign      = ( ".html" => "text/html; charset=utf-8", ".css" => "text/css", ".js" => "text/javascript",
                          ".png" => "image/png", ".gif" => "image/gif", ".svg" => "image/svg+xml" )
-alias.url            = ( "/cgi-bin/cambioIP.cgi" => "$cgi" )
+# The browser's copy of the output tables is written by the build beside the CGI.
+alias.url            = ( "/cgi-bin/cambioIP.cgi" => "$cgi",
+                         "/js/tablas.js" => "$(dirname "$cgi")/www/js/tablas.js" )
 \$HTTP["url"] =~ "^/cgi-bin/" {
   cgi.assign = ( ".cgi" => "" )
 }

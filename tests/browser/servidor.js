@@ -71,7 +71,9 @@ index-file.names     = ( "index.html" )
 mimetype.assign      = ( ".html" => "text/html; charset=utf-8", ".css" => "text/css",
                          ".js" => "text/javascript", ".png" => "image/png",
                          ".gif" => "image/gif", ".svg" => "image/svg+xml" )
-alias.url            = ( "/cgi-bin/cambioIP.cgi" => ${comillas(cgi)} )
+# The browser's copy of the output tables is written by the build beside the CGI.
+alias.url            = ( "/cgi-bin/cambioIP.cgi" => ${comillas(cgi)},
+                         "/js/tablas.js" => ${comillas(path.join(path.dirname(cgi), 'www', 'js', 'tablas.js'))} )
 $HTTP["url"] =~ "^/cgi-bin/" {
   cgi.assign = ( ".cgi" => "" )
 }

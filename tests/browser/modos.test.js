@@ -1,0 +1,170 @@
+// The output pages' table and mode swaps (www/js/modos.js): after the operator changes a
+// unit's channel table or modulation, the row's dependent cells must be what the CGI itself
+// paints when the unit's document holds that table or mode. Each case changes the select in
+// the browser, plants the value in the unit's document on the test rack, loads the page in
+// a second tab and compares the cells, control by control (markup, value, disabled state,
+// options). The row stays tracked as changed, and nothing shows a console error.
+'use strict';
+
+const fs = require('node:fs');
+const path = require('node:path');
+const { test, before, after } = require('node:test');
+const assert = require('node:assert/strict');
+const { arrancaServidor } = require('./servidor.js');
+const { abreNavegador, vigilaPagina, conCaptura } = require('./navegador.js');
+
+// Generous: a page may come slowly from a loaded machine; nothing here measures speed.
+const ESPERA_MS = 15000;
+const RUTA = 'output';
+
+let navegador;
+const servidores = new Map();
+
+before(async () => {
+  navegador = await abreNavegador();
+});
+
+after(async () => {
+  await navegador?.close();
+  for (const servidor of servidores.values()) await servidor.para();
+});
+
+async function servidorDe(rack) {
+  if (!servidores.has(rack))
+    servidores.set(rack, await arrancaServidor({ cgi: process.env.CAMBIOIP_CGI, rack }));
+  return servidores.get(rack);
+}
+
+async function abrePagina(contexto, servidor, problemas) {
+  const pagina = await contexto.newPage();
+  pagina.setDefaultTimeout(ESPERA_MS);
+  problemas.push(vigilaPagina(pagina));
+  await pagina.goto(`${servidor.url}#/${RUTA}`);
+  await pagina.waitForSelector(`main#contenido[data-estado="listo"][data-ruta="${RUTA}"]`, { state: 'attached' });
+  return pagina;
+}
+
+// Every element of a cell as the operator's browser holds it: tag, attributes (the boolean
+// ones by presence), current value, disabled state, chosen option and the options' texts;
+// and the cell's visible text.
+function describeCeldas(pagina, ids) {
+  return pagina.evaluate((ids) => {
+    const BOOLEANOS = new Set(['selected', 'disabled', 'checked', 'readonly']);
+    const describe = (raiz) => {
+      const elementos = [...raiz.querySelectorAll('*')].map((el) => ({
+        tag: el.tagName,
+        atributos: [...el.attributes].map((a) => [a.name, BOOLEANOS.has(a.name) ? true : a.value]).sort(),
+        valor: 'value' in el ? el.value : null,
+        deshabilitado: !!el.disabled,
+        elegida: el.tagName === 'SELECT' ? el.selectedIndex : null,
+        opciones: el.tagName === 'SELECT' ? [...el.options].map((o) => `${o.value}=${o.text}`) : null,
+      }));
+      return { texto: raiz.textContent.trim(), elementos };
+    };
+    const celdas = {};
+    for (const id of ids) {
+      // A div the CGI names, or the cell of the control of that name.
+      const raiz = document.getElementById(id)?.tagName === 'DIV'
+        ? document.getElementById(id)
+        : document.querySelector(`#contenido [name="${id}"]`)?.closest('td');
+      celdas[id] = raiz ? describe(raiz) : null;
+    }
+    return celdas;
+  }, ids);
+}
+
+// Writes `valores` ({TAG: value}) into the unit's output section of its document.
+function planta(raiz, sufijo, seccion, valores) {
+  const fichero = path.join(raiz, 'config', `network.${sufijo.slice(1).replaceAll('_', '.')}.xml`);
+  const original = fs.readFileSync(fichero, 'utf8');
+  const patron = new RegExp(`<${seccion}>[\\s\\S]*?</${seccion}>`);
+  assert.match(original, patron, `the unit's document has a ${seccion} section`);
+  const cambiado = original.replace(patron, (bloque) => {
+    for (const [etiqueta, valor] of Object.entries(valores)) {
+      const campo = new RegExp(`<${etiqueta}>[^<]*</${etiqueta}>`);
+      assert.match(bloque, campo, `${seccion} has ${etiqueta}`);
+      bloque = bloque.replace(campo, `<${etiqueta}>${valor}</${etiqueta}>`);
+    }
+    return bloque;
+  });
+  fs.writeFileSync(fichero, cambiado);
+  return () => fs.writeFileSync(fichero, original);
+}
+
+const COFDM_CELDAS = (s) => [`divoutchn${s}`, `divfrecstep${s}`, `divanchobanda${s}`, `divintguarda${s}`,
+  `divfecsal${s}`, `divcellid${s}`, `divbaudrate${s}`];
+
+// rack, unit suffix, the select changed (base), the value chosen, the document section and
+// tag the value is stored under, the cells that depend on it, and `llama` when the handler
+// is called directly rather than through the select's own onchange.
+const CASOS = [
+  // QAM: the channel widget follows the table (CATV, T_CHANNELS, BROADCAST, FREQUENCY).
+  ...[['_010_000_000_021', '2'], ['_010_000_000_021', '3'], ['_010_000_000_021', '4'],
+    ['_010_000_000_101', '4'], ['_010_000_000_022', '2'], ['_010_000_000_022', '3']].map(([s, v]) => ({
+    funcion: 'CambioTablaCanalesSalida', rack: 'qam', sufijo: s, base: 'outtab', valor: v,
+    seccion: 'SALIDAQAM', etiqueta: 'TABLA', celdas: [`div${s}`],
+  })),
+  // QAM: Annex A frees the baud rate and locks the interleaver, Annex B the other way.
+  ...[['_010_000_000_021', '2'], ['_010_000_000_021', '8'], ['_010_000_000_103', '0'],
+    ['_010_000_000_103', '1']].map(([s, v]) => ({
+    funcion: 'CambioModoQAM', rack: 'qam', sufijo: s, base: 'outmod', valor: v,
+    seccion: 'SALIDAQAM', etiqueta: 'MODOSALIDA', celdas: [`outbau${s}`, `outint${s}`],
+  })),
+  ...[['_010_000_000_021', '5'], ['_010_000_000_103', '1']].map(([s, v]) => ({
+    funcion: 'CambioModoSalidaSalida', rack: 'qam', sufijo: s, base: 'outmod', valor: v, llama: true,
+    seccion: 'SALIDAQAM', etiqueta: 'MODOSALIDA', celdas: [`outbau${s}`, `outint${s}`],
+  })),
+  // COFDM: plan 0 types the frequency and offers the steps; a plan lists its channels.
+  ...[['_010_000_000_032', '4'], ['_010_000_000_032', '10'], ['_010_000_000_104', '1'],
+    ['_010_000_000_102', '0'], ['_010_000_000_102', '7']].map(([s, v]) => ({
+    funcion: 'CambioTablaCanalesSalidaCOFDM', rack: 'cofdm', sufijo: s, base: 'outtab', valor: v,
+    seccion: 'SALIDACOFDM', etiqueta: 'TABLA', celdas: COFDM_CELDAS(s),
+  })),
+  // COFDM: the OFDM settings, the baud rate and plan 0's steps follow the kind of mode.
+  ...[['_010_000_000_032', '0'], ['_010_000_000_032', '2'], ['_010_000_000_104', '12'],
+    ['_010_000_000_104', '16'], ['_010_000_000_102', '14']].map(([s, v]) => ({
+    funcion: 'CambioModoCOFDM', rack: 'cofdm', sufijo: s, base: 'outmod', valor: v,
+    seccion: 'SALIDACOFDM', etiqueta: 'MODO', celdas: COFDM_CELDAS(s),
+  })),
+];
+
+for (const caso of CASOS) {
+  const nombre = `${caso.base}${caso.sufijo}`;
+  test(`${caso.funcion}: ${caso.rack} ${nombre} -> ${caso.valor}`, async () => {
+    const servidor = await servidorDe(caso.rack);
+    const contexto = await navegador.newContext();
+    const problemas = [];
+    let restaura = () => {};
+    try {
+      const pagina = await abrePagina(contexto, servidor, problemas);
+      await conCaptura(pagina, `modos-${caso.funcion}-${nombre}-${caso.valor}`, async () => {
+        const select = pagina.locator(`#contenido select[name="${nombre}"]`);
+        const antes = await describeCeldas(pagina, caso.celdas);
+        assert.notEqual(await select.inputValue(), caso.valor, 'the case changes the value');
+        if (caso.llama) {
+          await select.evaluate((el, { funcion, valor }) => {
+            el.value = valor;
+            window[funcion](el);
+            window.Compruebacambios(el);
+          }, caso);
+        } else {
+          await select.selectOption(caso.valor);
+        }
+        const cambiadas = await describeCeldas(pagina, caso.celdas);
+        for (const id of caso.celdas) assert.ok(cambiadas[id], `the page shows ${id}`);
+        const marcada = await select.evaluate((el) => el.closest('tr').classList.contains('fila-cambiada'));
+        assert.ok(marcada, 'the row is marked as changed');
+
+        restaura = planta(servidor.raiz, caso.sufijo, caso.seccion, { [caso.etiqueta]: caso.valor });
+        const segunda = await abrePagina(contexto, servidor, problemas);
+        const pintadas = await describeCeldas(segunda, caso.celdas);
+        assert.deepEqual(cambiadas, pintadas, 'the repainted cells are what the CGI paints for that value');
+        assert.notDeepEqual(antes, pintadas, 'the value changes what the row shows');
+        assert.deepEqual(problemas.flat(), [], 'the pages showed errors or failed requests');
+      });
+    } finally {
+      restaura();
+      await contexto.close();
+    }
+  });
+}
