@@ -8,41 +8,12 @@
 
 const fs = require('node:fs');
 const path = require('node:path');
-const { test, before, after } = require('node:test');
+const { test } = require('node:test');
 const assert = require('node:assert/strict');
-const { arrancaServidor } = require('./servidor.js');
-const { abreNavegador, vigilaPagina, conCaptura } = require('./navegador.js');
+const { conCaptura } = require('./navegador.js');
+const banco = require('./banco.js');
 
-// Generous: a page may come slowly from a loaded machine; nothing here measures speed.
-const ESPERA_MS = 15000;
 const RUTA = 'output';
-
-let navegador;
-const servidores = new Map();
-
-before(async () => {
-  navegador = await abreNavegador();
-});
-
-after(async () => {
-  await navegador?.close();
-  for (const servidor of servidores.values()) await servidor.para();
-});
-
-async function servidorDe(rack) {
-  if (!servidores.has(rack))
-    servidores.set(rack, await arrancaServidor({ cgi: process.env.CAMBIOIP_CGI, rack }));
-  return servidores.get(rack);
-}
-
-async function abrePagina(contexto, servidor, problemas) {
-  const pagina = await contexto.newPage();
-  pagina.setDefaultTimeout(ESPERA_MS);
-  problemas.push(vigilaPagina(pagina));
-  await pagina.goto(`${servidor.url}#/${RUTA}`);
-  await pagina.waitForSelector(`main#contenido[data-estado="listo"][data-ruta="${RUTA}"]`, { state: 'attached' });
-  return pagina;
-}
 
 // Every element of a cell as the operator's browser holds it: tag, attributes (the boolean
 // ones by presence), current value, disabled state, chosen option and the options' texts;
@@ -131,12 +102,12 @@ const CASOS = [
 for (const caso of CASOS) {
   const nombre = `${caso.base}${caso.sufijo}`;
   test(`${caso.funcion}: ${caso.rack} ${nombre} -> ${caso.valor}`, async () => {
-    const servidor = await servidorDe(caso.rack);
-    const contexto = await navegador.newContext();
+    const servidor = await banco.servidorDe(caso.rack);
+    const contexto = await banco.navegador().newContext();
     const problemas = [];
     let restaura = () => {};
     try {
-      const pagina = await abrePagina(contexto, servidor, problemas);
+      const { pagina } = await banco.abre(servidor, problemas, RUTA, contexto);
       await conCaptura(pagina, `modos-${caso.funcion}-${nombre}-${caso.valor}`, async () => {
         const select = pagina.locator(`#contenido select[name="${nombre}"]`);
         const antes = await describeCeldas(pagina, caso.celdas);
@@ -156,7 +127,7 @@ for (const caso of CASOS) {
         assert.ok(marcada, 'the row is marked as changed');
 
         restaura = planta(servidor.raiz, caso.sufijo, caso.seccion, { [caso.etiqueta]: caso.valor });
-        const segunda = await abrePagina(contexto, servidor, problemas);
+        const { pagina: segunda } = await banco.abre(servidor, problemas, RUTA, contexto);
         const pintadas = await describeCeldas(segunda, caso.celdas);
         assert.deepEqual(cambiadas, pintadas, 'the repainted cells are what the CGI paints for that value');
         assert.notDeepEqual(antes, pintadas, 'the value changes what the row shows');

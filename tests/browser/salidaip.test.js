@@ -7,107 +7,13 @@
 
 const fs = require('node:fs');
 const path = require('node:path');
-const { describe, test, before, after } = require('node:test');
+const { describe, test } = require('node:test');
 const assert = require('node:assert/strict');
-const { arrancaServidor } = require('./servidor.js');
-const { abreNavegador, vigilaPagina, conCaptura } = require('./navegador.js');
+const { conCaptura } = require('./navegador.js');
+const banco = require('./banco.js');
 
-const ESPERA_MS = 15000;
+const { servidorDe, documentoDe, planta, estadoFila } = banco;
 const RUTA = 'ip';
-
-let navegador;
-const servidores = new Map();
-
-before(async () => {
-  navegador = await abreNavegador();
-});
-
-after(async () => {
-  await navegador?.close();
-  for (const servidor of servidores.values()) await servidor.para();
-});
-
-async function servidorDe(rack) {
-  if (!servidores.has(rack))
-    servidores.set(rack, await arrancaServidor({ cgi: process.env.CAMBIOIP_CGI, rack }));
-  return servidores.get(rack);
-}
-
-// The unit's document in the rack copy: the master's is network.xml.
-const documentoDe = (servidor, sufijo) =>
-  path.join(servidor.raiz, 'config', sufijo ? `network.${sufijo.slice(1).replace(/_/g, '.')}.xml` : 'network.xml');
-
-// Sets the text of the element reached by `ruta` (each tag searched after the previous one).
-function planta(xml, ruta, valor) {
-  let desde = 0;
-  for (const etiqueta of ruta.slice(0, -1)) {
-    desde = xml.indexOf(`<${etiqueta}>`, desde);
-    assert.ok(desde >= 0, `the document has <${etiqueta}>`);
-  }
-  const hoja = ruta.at(-1);
-  const inicio = xml.indexOf(`<${hoja}>`, desde);
-  assert.ok(inicio >= 0, `the document has <${hoja}>`);
-  const fin = xml.indexOf(`</${hoja}>`, inicio);
-  return `${xml.slice(0, inicio + hoja.length + 2)}${valor}${xml.slice(fin)}`;
-}
-
-async function abre(servidor, problemas) {
-  const contexto = await navegador.newContext();
-  const pagina = await contexto.newPage();
-  pagina.setDefaultTimeout(ESPERA_MS);
-  problemas.push(vigilaPagina(pagina));
-  await pagina.goto(`${servidor.url}#/${RUTA}`);
-  await pagina.waitForSelector(`main#contenido[data-estado="listo"][data-ruta="${RUTA}"]`, { state: 'attached' });
-  return { contexto, pagina };
-}
-
-// What the operator sees of the unit's row: every control outside a hidden line, with its
-// value, options, tick and whether it is disabled.
-function estadoFila(pagina, sufijo) {
-  return pagina.evaluate((sufijo) => {
-    const caja = document.querySelector(`#contenido [name="forzarconfig${sufijo}"]`);
-    const fila = caja.closest('tr');
-    return [...fila.querySelectorAll('input[name], select[name], button[name]')]
-      .filter((c) => c.type !== 'hidden' && !c.name.startsWith('forzarconfig') && !c.closest('div[hidden]'))
-      .map((c) => ({
-        nombre: c.name,
-        valor: c.type === 'checkbox' ? c.checked : c.value ?? '',
-        desactivado: c.disabled,
-        opciones: c.tagName === 'SELECT' ? [...c.options].map((o) => o.value).join(',') : undefined,
-      }));
-  }, sufijo);
-}
-
-// Opens the page, runs `accion(pagina)`, and compares the row with the CGI's page for the
-// document with `ediciones` ([path, value] pairs); the document is put back afterwards.
-async function comparaConCGI(nombre, { rack = 'qam', sufijo, ediciones, accion, despues }) {
-  const servidor = await servidorDe(rack);
-  const problemas = [];
-  const { contexto, pagina } = await abre(servidor, problemas);
-  const fichero = documentoDe(servidor, sufijo);
-  const original = fs.readFileSync(fichero, 'utf8');
-  try {
-    await conCaptura(pagina, nombre, async () => {
-      const antes = await estadoFila(pagina, sufijo);
-      await accion(pagina);
-      const cambiado = await estadoFila(pagina, sufijo);
-      assert.notDeepEqual(cambiado, antes, 'the change shows on the row');
-
-      fs.writeFileSync(fichero, ediciones.reduce((xml, [ruta, valor]) => planta(xml, ruta, valor), original));
-      const oraculo = await abre(servidor, problemas);
-      try {
-        assert.deepEqual(cambiado, await estadoFila(oraculo.pagina, sufijo), 'the row is as the CGI paints it');
-      } finally {
-        await oraculo.contexto.close();
-      }
-      if (despues) await despues(pagina, antes);
-      assert.deepEqual(problemas.flat(), [], 'no page showed errors or failed requests');
-    });
-  } finally {
-    fs.writeFileSync(fichero, original);
-    await contexto.close();
-  }
-}
 
 const elige = (nombre, valor) => async (pagina) => {
   await pagina.locator(`#contenido [name="${nombre}"]`).selectOption(valor);
@@ -178,13 +84,13 @@ const CASOS = [
 
 describe('a change on the IP page paints the row as the CGI does for the stored value', () => {
   for (const caso of CASOS)
-    test(`${caso.rack ?? 'qam'}: ${caso.nombre}`, () => comparaConCGI(caso.nombre, caso));
+    test(`${caso.rack ?? 'qam'}: ${caso.nombre}`, () => banco.comparaConCGI(caso.nombre, { ruta: RUTA, ...caso }));
 });
 
 test('an address typed for the Output is kept while the port is switched to Input and back', async () => {
   const servidor = await servidorDe('qam');
   const problemas = [];
-  const { contexto, pagina } = await abre(servidor, problemas);
+  const { contexto, pagina } = await banco.abre(servidor, problemas, RUTA);
   try {
     await conCaptura(pagina, 'ida-y-vuelta', async () => {
       const ip = pagina.locator('#contenido [name="outputIP1_010_000_000_105"]');

@@ -4,52 +4,11 @@
 // the refused fields. Nothing of it may show a console error.
 'use strict';
 
-const { describe, test, before, after } = require('node:test');
+const { describe, test } = require('node:test');
 const assert = require('node:assert/strict');
-const { arrancaServidor } = require('./servidor.js');
-const { abreNavegador, vigilaPagina, conCaptura } = require('./navegador.js');
+const banco = require('./banco.js');
 
-// Generous: a page may come slowly from a loaded machine; nothing here measures speed.
-const ESPERA_MS = 15000;
-
-let navegador;
-// rack -> its server, started when a test first needs it.
-const servidores = new Map();
-
-before(async () => {
-  navegador = await abreNavegador();
-});
-
-after(async () => {
-  await navegador?.close();
-  for (const servidor of servidores.values()) await servidor.para();
-});
-
-async function servidorDe(rack) {
-  if (!servidores.has(rack))
-    servidores.set(rack, await arrancaServidor({ cgi: process.env.CAMBIOIP_CGI, rack }));
-  return servidores.get(rack);
-}
-
-// Opens the route on the rack in a fresh context, runs `cuerpo(pagina)`, and requires that
-// the page showed no console error nor failed request; a failure leaves a screenshot.
-async function enRuta(nombre, { rack = 'qam', ruta }, cuerpo) {
-  const servidor = await servidorDe(rack);
-  const contexto = await navegador.newContext();
-  const pagina = await contexto.newPage();
-  pagina.setDefaultTimeout(ESPERA_MS);
-  const problemas = vigilaPagina(pagina);
-  try {
-    await conCaptura(pagina, nombre, async () => {
-      await pagina.goto(`${servidor.url}#/${ruta}`);
-      await pagina.waitForSelector(`main#contenido[data-estado="listo"][data-ruta="${ruta}"]`, { state: 'attached' });
-      await cuerpo(pagina);
-      assert.deepEqual(problemas, [], 'the page showed errors or failed requests');
-    });
-  } finally {
-    await contexto.close();
-  }
-}
+const { enRuta } = banco;
 
 const campo = (pagina, nombre) => pagina.locator(`#contenido [name="${nombre}"]`);
 
