@@ -115,6 +115,14 @@ std::string TablasQAM()
                   ", \"html\": " + Json(WidgetCanalQAM(widget)) + "}";
         primero = false;
     }
+    salida += "\n  ],\n  \"rangosMayor\": [";
+    primero = true;
+    for (const SALQAM_RangoMayor &rango : SALQAM_RangosMayor) {
+        salida += std::string(primero ? "" : ",") + "\n    {\"tipo\": " + Json(rango.tipo) +
+                  ", \"minimo\": " + std::to_string(rango.minimo) + ", \"maximo\": " + std::to_string(rango.maximo) +
+                  ", \"unaParte\": " + (rango.unaParte ? "true" : "false") + "}";
+        primero = false;
+    }
     return salida + "\n  ]\n}";
 }
 

@@ -139,3 +139,19 @@ for (const caso of CASOS) {
     }
   });
 }
+
+// The virtual-channel table of a service line: "CVCT 1" shows the one-part number the CGI
+// paints for it, with the major range of that table, and going back splits it again.
+test('transport: the table type of a line repaints its channel number as the CGI does', () =>
+  banco.comparaConCGI('tipo-tabla', {
+    ruta: 'transport',
+    sufijo: '_010_000_000_021',
+    ediciones: [[['SALIDATS', 'CANAL1', 'CHNUMBER', 'TABLETYPE'], '1']],
+    accion: (pagina) => pagina.locator('#contenido [name="autochan1_010_000_000_021"]').selectOption('1'),
+    despues: async (pagina, antes) => {
+      const mayor = pagina.locator('#contenido [name="mchn1_010_000_000_021"]');
+      assert.match(await mayor.getAttribute('onblur'), /ValidarEntero\(this,'1','16383'\)/);
+      await pagina.locator('#contenido [name="autochan1_010_000_000_021"]').selectOption('0');
+      assert.deepEqual(await banco.estadoFila(pagina, '_010_000_000_021'), antes, 'TVCT again splits the number back');
+    },
+  }));

@@ -155,8 +155,41 @@
     if (plan === 0) pintaPaso(fila, sufijo, plan, modoQAM);
   }
 
+  // The ATSC virtual-channel table of a service line: its major number takes the range of
+  // the new table, and "CVCT 1" shows the major and minor as one number,
+  // ((major AND 15) << 10) + (minor AND 1023), as the CGI paints it; leaving it splits the
+  // number back into its two parts.
+  function CambioTableTypeCHNum(select) {
+    const resto = select.name.slice('autochan'.length);
+    const mayor = document.getElementsByName(`mchn${resto}`)[0];
+    const menor = document.getElementsByName(`chnm${resto}`)[0];
+    const rangos = TABLAS.qam.rangosMayor;
+    const rangoDe = (tipo) => rangos.find((r) => r.tipo === tipo) ?? rangos[0];
+    const anterior = document.getElementById(`anterior${select.name}`);
+    const previo = rangoDe(select.dataset.tipoPrevio ?? anterior?.value ?? select.value);
+    const nuevo = rangoDe(select.value);
+    select.dataset.tipoPrevio = select.value;
+    if (!mayor || !menor || previo === nuevo) return;
+    const numero = (campo) => Number.parseInt(campo.value, 10) || 0;
+    if (!previo.unaParte && nuevo.unaParte) {
+      // The two parts are kept, so that going back untouched gives them as they were.
+      select.dataset.partes = JSON.stringify([mayor.value, menor.value]);
+      mayor.value = String(((numero(mayor) & 15) << 10) + (numero(menor) & 1023));
+      select.dataset.unaParte = mayor.value;
+    } else if (previo.unaParte && !nuevo.unaParte) {
+      const uno = numero(mayor);
+      [mayor.value, menor.value] = select.dataset.partes && select.dataset.unaParte === mayor.value
+        ? JSON.parse(select.dataset.partes) : [String((uno >> 10) & 15), String(uno & 1023)];
+    }
+    const alSalir = mayor.getAttribute('onblur') ?? '';
+    mayor.setAttribute('onblur', alSalir.replace(/ValidarEntero\(this,'[^']*','[^']*'\)/,
+      `ValidarEntero(this,'${nuevo.minimo}','${nuevo.maximo}')`));
+    window.ValidarEntero?.(mayor, String(nuevo.minimo), String(nuevo.maximo));
+    window.Compruebacambios?.(mayor);
+  }
+
   Object.assign(window, {
     CambioTablaCanalesSalida, CambioModoQAM, CambioModoSalidaSalida,
-    CambioTablaCanalesSalidaCOFDM, CambioModoCOFDM,
+    CambioTablaCanalesSalidaCOFDM, CambioModoCOFDM, CambioTableTypeCHNum,
   });
 })();
