@@ -98,23 +98,18 @@
     return control.value;
   }
 
-  // The save's form for one unit: every control of the unit under its base name; per-line
-  // controls joined into "<line>_<value>_<line>_<value>"; a value the page keeps only in its
-  // twin (the number of inputs, whether the unit has IP) taken from the twin.
-  function formularioDe(sufijo, comando) {
+  // A save's form from the controls: each under the base name `baseDe` gives it (null leaves
+  // it out); per-line controls joined into "<line>_<value>_<line>_<value>"; a value the page
+  // keeps only in its twin (the number of inputs, whether the unit has IP), or in `gemelos`,
+  // taken from there unless listed in `sinGemelo`.
+  function formularioControles(controles, baseDe, { comando, renombres = {}, gemelos = new Map(), sinGemelo = [] }) {
     const simples = new Map();
     const lineas = new Map();
-    const gemelos = new Map();
-    const renombres = RENOMBRES[comando] || {};
-    for (const control of contenido.querySelectorAll('input[name], select[name], textarea[name]')) {
+    for (const control of controles) {
       if (['button', 'submit', 'reset', 'image', 'file'].includes(control.type))
         continue;
-      const nombre = control.name;
-      const propio = sufijo === '' ? !SUFIJO.test(nombre) : nombre.endsWith(sufijo);
-      if (!propio)
-        continue;
-      const base = nombre.slice(0, nombre.length - sufijo.length);
-      if (base.endsWith('_all') || base.startsWith('forzarconf'))
+      const base = baseDe(control.name);
+      if (base === null)
         continue;
       const gemelo = GEMELO.exec(base);
       if (gemelo) {
@@ -141,8 +136,20 @@
       formulario.append(clave, pares.map(([n, v]) => `${n}_${v}`).join('_'));
     }
     for (const [clave, valor] of gemelos)
-      if (!simples.has(clave) && !lineas.has(clave))
+      if (!simples.has(clave) && !lineas.has(clave) && !sinGemelo.includes(clave))
         formulario.append(clave, valor);
+    return formulario;
+  }
+
+  // The save's form for one unit of the page: its controls, without the all-units row and
+  // the select boxes, and the unit's name.
+  function formularioDe(sufijo, comando) {
+    const controles = contenido.querySelectorAll('input[name], select[name], textarea[name]');
+    const formulario = formularioControles(controles, (nombre) => {
+      const propio = sufijo === '' ? !SUFIJO.test(nombre) : nombre.endsWith(sufijo);
+      const base = nombre.slice(0, nombre.length - sufijo.length);
+      return propio && !base.endsWith('_all') && !base.startsWith('forzarconf') ? base : null;
+    }, { comando, renombres: RENOMBRES[comando] || {} });
     // The save drops the first character: ".010.000.000.021" names network.010.000.000.021.xml.
     formulario.append('sufijo', sufijo.replaceAll('_', '.'));
     return formulario;
@@ -327,4 +334,7 @@
   window.addEventListener('hashchange', abandona);
   window.addEventListener('pagehide', abandona);
   window.addEventListener('beforeunload', abandona);
+
+  // The advanced configuration's save builds its form the same way.
+  window.formularioControles = formularioControles;
 })();

@@ -10,8 +10,6 @@
   const CGI = 'cgi-bin/cambioIP.cgi';
   // A unit's controls end in its address as _ddd_ddd_ddd_ddd; the master's carry nothing.
   const SUFIJO = /_\d{3}_\d{3}_\d{3}_\d{3}$/;
-  const POR_LINEA = /^([A-Za-z]+)(\d+)$/;
-  const GEMELO = /^anterior([A-Za-z]+)$/;
   // Controls of the advanced page whose name differs from the key the save reads.
   const RENOMBRES_TOTAL = { lmask: 'networkmask', lgate: 'gateway', dhcpcheck: 'dhcp' };
   // The remote's keys, numbered from 1 as the CGI numbers them.
@@ -122,51 +120,15 @@
 
   const sinPunto = (nombre) => String(nombre ?? '').replace(/^[._]/, '').replaceAll('_', '.');
 
-  function valorDe(control) {
-    if (control.type === 'checkbox' || control.type === 'radio')
-      return control.checked ? '1' : '0';
-    return control.value;
-  }
-
   // The advanced save's form: every "_tot" control under its base name, per-line controls
   // joined as "<line>_<value>_...", values kept only in a twin or a hidden block taken from there.
   function formularioTotal(zona, sufijo, enviar) {
-    const simples = new Map();
-    const lineas = new Map();
     const gemelos = new Map();
     for (const oculto of zona.querySelectorAll('div[id$="_tot"].fondotranslucido'))
       gemelos.set(oculto.id.slice(0, -4), oculto.textContent.trim());
-    for (const control of zona.querySelectorAll('input[name$="_tot"], select[name$="_tot"], textarea[name$="_tot"]')) {
-      if (['button', 'submit', 'reset', 'image', 'file'].includes(control.type))
-        continue;
-      const base = control.name.slice(0, -4);
-      const gemelo = GEMELO.exec(base);
-      if (gemelo) {
-        gemelos.set(gemelo[1], control.value);
-        continue;
-      }
-      const linea = POR_LINEA.exec(base);
-      if (linea) {
-        const clave = RENOMBRES_TOTAL[linea[1]] || linea[1];
-        if (!lineas.has(clave))
-          lineas.set(clave, []);
-        lineas.get(clave).push([Number(linea[2]), valorDe(control)]);
-      } else if (/^[A-Za-z]+$/.test(base)) {
-        simples.set(RENOMBRES_TOTAL[base] || base, valorDe(control));
-      }
-    }
-    const formulario = new URLSearchParams({ command: '25' });
-    for (const [clave, valor] of simples)
-      formulario.append(clave, valor);
-    for (const [clave, pares] of lineas) {
-      if (simples.has(clave))
-        continue;
-      pares.sort((a, b) => a[0] - b[0]);
-      formulario.append(clave, pares.map(([n, v]) => `${n}_${v}`).join('_'));
-    }
-    for (const [clave, valor] of gemelos)
-      if (!simples.has(clave) && !lineas.has(clave) && !['idunit', 'tipounidad'].includes(clave))
-        formulario.append(clave, valor);
+    const controles = zona.querySelectorAll('input[name$="_tot"], select[name$="_tot"], textarea[name$="_tot"]');
+    const formulario = window.formularioControles(controles, (nombre) => nombre.slice(0, -4),
+      { comando: 25, renombres: RENOMBRES_TOTAL, gemelos, sinGemelo: ['idunit', 'tipounidad'] });
     formulario.append('sufijo', sufijo);
     formulario.append('cfgtotenviar', enviar ? '1' : '0');
     return formulario;
