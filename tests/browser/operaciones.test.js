@@ -51,14 +51,15 @@ describe('advanced configuration of a unit', () => {
     { unidad: '.010.000.000.022', boton: 'Store and send', ip: '10.0.0.22', doc: 'config/network.010.000.000.022.xml',
       respuesta: /Config Sent \(IP: 10\.0\.0\.22[\s\S]*added to the queue/,
       cola: ['config/fileschanged.list', 'network.010.000.000.022\n'] },
-    { unidad: '', boton: 'Store and send', ip: '10.0.0.10', doc: 'config/network.xml',
+    { unidad: '', boton: 'Store and send', ip: '10.0.0.10', doc: 'config/network.xml', desdeLista: true,
       respuesta: /Config Sent \(IP: 10\.0\.0\.10/, cola: ['config/command.msg', '2'] }, // the command byte 50, the character "2"
   ];
   for (const caso of CASOS) {
-    test(`the model link of ${caso.unidad || 'the master'} opens it and "${caso.boton}" saves the output level`, () =>
+    test(`${caso.desdeLista ? 'the unit list' : 'the model link'} opens ${caso.unidad || 'the master'} and "${caso.boton}" saves the output level`, () =>
       enRack(`avanzada-${caso.unidad}-${caso.boton}`, async ({ pagina, servidor }) => {
-        await abreRuta(pagina, servidor, 'network');
-        await pagina.locator(`#contenido a[href*="MostrarConfigTotal('${caso.unidad}')"]`).first().click();
+        await abreRuta(pagina, servidor, caso.desdeLista ? 'units' : 'network');
+        await pagina.locator(caso.desdeLista ? `#contenido .operaciones-unidad[data-sufijo="${caso.unidad}"] .op-avanzada`
+          : `#contenido a[href*="MostrarConfigTotal('${caso.unidad}')"]`).first().click();
         await pagina.waitForSelector(`${ventana} [name="outlev_tot"]`);
         assert.match(await pagina.locator(ventana).textContent(), /ADVANCED CONFIGURATION FOR THE UNIT ID/);
         assert.doesNotMatch(lee(servidor, caso.doc), /<NIVEL>42<\/NIVEL>/);

@@ -336,6 +336,7 @@
       td.className = 'operaciones-unidad';
       td.dataset.sufijo = sufijo;
       td.append(
+        boton('Advanced', 'op-avanzada', () => MostrarConfigTotal(sufijo)), ' ',
         boton('Update', 'op-update', () => ventanaFirmware(sufijo, unidad)), ' ',
         boton('Remote', 'op-remoto', () => ventanaRemoto(unidad)), ' ',
         boton('Watermark', 'op-marca', () => ventanaMarcaAgua(unidad)));
