@@ -3,22 +3,38 @@ SHELL := /bin/bash
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD ?= build
 BUILD_ASAN ?= build-asan
+BUILD_RELEASE ?= build-release
 DEMO_PORT ?= 8080
+# make install: where the program, the browser front and the server configurations go.
+PREFIX ?= /opt/cambioIP
+DESTDIR ?=
 
-# Debian packages the project needs: compiler and build tools, libxml2, GoogleTest,
-# xmllint for checking saved documents, the web server of the demo and the browser tests,
-# and the browser and node for those tests. A package counts as present also when an
-# installed package provides it (NodeSource's nodejs provides npm and conflicts with it).
-PACKAGES := g++ make cmake pkg-config libxml2-dev libxml2-utils libgtest-dev lighttpd \
-            chromium nodejs npm
+# Debian packages the demo needs: compiler and build tools, libxml2 and the demo's web server.
+DEMO_PACKAGES := g++ make cmake pkg-config libxml2-dev lighttpd
+# And the tests: GoogleTest, xmllint for checking saved documents, BusyBox (its httpd serves
+# the installed configuration in a test, its mkpasswd hashes logins), and the browser and node
+# for the browser tests. A package counts as present also when an installed package provides
+# it (NodeSource's nodejs provides npm and conflicts with it).
+PACKAGES := $(DEMO_PACKAGES) libxml2-utils libgtest-dev busybox chromium nodejs npm
 # The browser tests' node modules (playwright-core), installed from their lock file.
 BROWSER_TESTS := tests/browser
 
-.PHONY: all deps build build-asan test test-plain test-asan golden test-ratio demo clean
+.PHONY: all deps deps-demo install-packages build build-asan test test-plain test-asan golden \
+        test-ratio demo install clean
 
 all: build
 
-deps:
+deps: install-packages
+	@if [ ! -d $(BROWSER_TESTS)/node_modules ] || \
+	    [ $(BROWSER_TESTS)/package-lock.json -nt $(BROWSER_TESTS)/node_modules/.package-lock.json ]; then \
+	  echo "Installing the browser tests' node modules (npm ci in $(BROWSER_TESTS))"; \
+	  cd $(BROWSER_TESTS) && npm ci --no-audit --no-fund --loglevel=error; \
+	fi
+
+deps-demo:
+	@$(MAKE) --no-print-directory install-packages PACKAGES="$(DEMO_PACKAGES)"
+
+install-packages:
 	@present=$$(dpkg-query -W -f='$${Status}\t$${Package},$${Provides}\n' 2>/dev/null | \
 	  awk -F'\t' '$$1 == "install ok installed" { print $$2 }' | tr ',' '\n' | sed 's/(.*//; s/ //g'); \
 	missing=""; \
@@ -31,11 +47,6 @@ deps:
 	  $$sudo apt-get update -q && \
 	  DEBIAN_FRONTEND=noninteractive $$sudo apt-get install -y -q --no-install-recommends $$missing; \
 	fi
-	@if [ ! -d $(BROWSER_TESTS)/node_modules ] || \
-	    [ $(BROWSER_TESTS)/package-lock.json -nt $(BROWSER_TESTS)/node_modules/.package-lock.json ]; then \
-	  echo "Installing the browser tests' node modules (npm ci in $(BROWSER_TESTS))"; \
-	  cd $(BROWSER_TESTS) && npm ci --no-audit --no-fund --loglevel=error; \
-	fi
 
 $(BUILD)/Makefile:
 	cmake -S . -B $(BUILD)
@@ -47,7 +58,9 @@ build-asan:
 	cmake -S . -B $(BUILD_ASAN) -DCAMBIOIP_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
 	cmake --build $(BUILD_ASAN) -j$(JOBS)
 
-test-plain: build
+test-plain:
+	cmake -S . -B $(BUILD) -DBUILD_TESTING=ON
+	cmake --build $(BUILD) -j$(JOBS)
 	cd $(BUILD) && ctest --output-on-failure -j$(JOBS)
 
 test-asan: build-asan
@@ -71,9 +84,17 @@ test-ratio:
 	c=$$(find src tools www -type f -not -name '*.png' -not -name '*.gif' -print0 2>/dev/null | xargs -0 cat | wc -l); \
 	echo "Test lines: $$t for $$c lines of code ($$((100 * t / c)) %)"
 
-demo: deps
-	$(MAKE) build
+# The demo builds the program and the browser's tables only, not the tests.
+demo: deps-demo
+	@[ -f $(BUILD)/Makefile ] || cmake -S . -B $(BUILD) -DBUILD_TESTING=OFF
+	cmake --build $(BUILD) -j$(JOBS) --target cambioIP.cgi tablas_js
 	demo/run.sh $(BUILD)/cambioIP.cgi $(DEMO_PORT) $(BUILD)
 
+# A stripped Release build of the program alone, installed under $(DESTDIR)$(PREFIX).
+install:
+	cmake -S . -B $(BUILD_RELEASE) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF
+	cmake --build $(BUILD_RELEASE) -j$(JOBS) --target cambioIP.cgi tablas_js
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_RELEASE) --prefix "$(PREFIX)" --strip
+
 clean:
-	rm -rf $(BUILD) $(BUILD_ASAN)
+	rm -rf $(BUILD) $(BUILD_ASAN) $(BUILD_RELEASE)

@@ -24,8 +24,7 @@ TEST(ConcurrentSaves, BothChangesOfOneUnitSurvive)
     const std::string unit = "config/network.010.000.000.021.xml";
     for (int round = 0; round < 6; ++round) {
         TempRoot root;
-        fs::copy(fs::path(CAMBIOIP_FIXTURES) / "racks/qam", root.path(),
-                 fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+        root.copyRack("qam");
         const std::string orden = std::to_string(100 + round);
         const CgiRequest red = post("command=4&sufijo=.010.000.000.021&networkipdir=10.0.0.21&networkmask=255.255.255.0"
                                     "&gateway=10.0.0.1&dhcp=0&orden=" + orden);

@@ -87,8 +87,7 @@ TEST_P(Escaping, NoStoredTextLeavesItsContextOnAnyPage)
 {
     const auto &[rack, seed] = GetParam();
     TempRoot root;
-    fs::copy(fs::path(CAMBIOIP_FIXTURES) / "racks" / rack.name, root.path(),
-             fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+    root.copyRack(rack.name);
     std::mt19937 random(seed);
     int field = 0;
     for (const auto &entry : fs::directory_iterator(root.config())) {

@@ -55,6 +55,12 @@ void TempRoot::copyConfig(const fs::path &fixtureDir) const
             fs::copy_file(entry.path(), config() / entry.path().filename(), fs::copy_options::overwrite_existing);
 }
 
+void TempRoot::copyRack(const std::string &name) const
+{
+    fs::copy(fs::path(CAMBIOIP_FIXTURES) / "racks" / name, root_,
+             fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+}
+
 void TempRoot::write(const std::string &relative, const std::string &content) const
 {
     fs::path target = root_ / relative;

@@ -25,6 +25,8 @@ class TempRoot {
     // Copies every file of a fixture folder (relative to tests/fixtures, or absolute)
     // into config/.
     void copyConfig(const fs::path &fixtureDir) const;
+    // Copies a whole rack of tests/fixtures/racks (config/, upload/, root/) into the root.
+    void copyRack(const std::string &name) const;
     void write(const std::string &relative, const std::string &content) const;
     bool exists(const std::string &relative) const;
     std::string read(const std::string &relative) const;
