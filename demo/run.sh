@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# Serves the browser front (www/) and the sample rack through lighttpd, in the foreground,
-# until Ctrl-C.
+# Serves the browser front (www/) and the sample rack through lighttpd, with the demo's
+# stand-in for the control daemon (demo/daemon.sh), until Ctrl-C.
 #   demo/run.sh <cambioIP.cgi> <port> <state folder>
 # The rack's working copy lives in <state folder>/demo-root, made from demo/root on the
 # first start, so that saves persist between runs and the repository stays clean.
+# The pause after each document load is 20 ms here (CAMBIOIP_LOAD_PAUSE_MS overrides it);
+# on a master it is the units' own 250 ms.
 set -euo pipefail
 
+pause=${CAMBIOIP_LOAD_PAUSE_MS:-20}
 cgi=$(realpath "${1:?path of cambioIP.cgi}")
 port=${2:-8080}
 state=$(realpath -m "${3:?state folder}")
@@ -40,9 +43,20 @@ alias.url            = ( "/cgi-bin/cambioIP.cgi" => "$cgi",
   cgi.assign = ( ".cgi" => "" )
 }
 # The CGI finds the rack's fixed paths (/config, /upload, /root) under this folder.
-setenv.add-environment = ( "CAMBIOIP_ROOT" => "$root"${CAMBIOIP_LOAD_PAUSE_MS:+, \"CAMBIOIP_LOAD_PAUSE_MS\" => \"$CAMBIOIP_LOAD_PAUSE_MS\"} )
+# The demo's short pause after each document load keeps its pages fast.
+setenv.add-environment = ( "CAMBIOIP_ROOT" => "$root", "CAMBIOIP_LOAD_PAUSE_MS" => "$pause" )
 CONF
 
+# Both run in the background so that a TERM or Ctrl-C given to this script stops them both.
+"$here/daemon.sh" "$root" &
+daemon=$!
+"$lighttpd" -D -f "$conf" &
+server=$!
+trap 'kill "$server" "$daemon" 2>/dev/null; wait; exit 0' INT TERM
 echo "demo: serving the sample rack at http://127.0.0.1:$port/ (Ctrl-C stops)"
+echo "demo: pause after each document load: $pause ms (a master waits 250 ms)"
+echo "demo: a stand-in control daemon applies queued changes after 2 s"
 echo "demo: try  curl -s 'http://127.0.0.1:$port/cgi-bin/cambioIP.cgi?command=5'"
-exec "$lighttpd" -D -f "$conf"
+wait "$server"
+kill "$daemon" 2>/dev/null
+wait

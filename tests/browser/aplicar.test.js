@@ -196,6 +196,8 @@ describe('Apply saves the selected unit and nothing else', () => {
         const cgi = peticiones.filter((p) => !/^GET command=(3|10|12|13|14|15|17)$/.test(p));
         assert.deepEqual(cgi.map((p) => p.replace(/^POST .*/, 'POST')), ['GET command=5', 'POST', 'GET command=6']);
         const cuerpo = cuerpoPost(cgi[1]);
+        // The CGI takes the first "sufijo" anywhere in the form: no value may come before it.
+        assert.deepEqual([...cuerpo.keys()].slice(0, 2), ['command', 'sufijo']);
         assert.equal(cuerpo.get('command'), String(caso.comando));
         assert.equal(cuerpo.get('sufijo'), sufijo.replaceAll('_', '.'));
         assert.ok([...cuerpo.keys()].every((k) => !/_\d{3}_\d{3}_\d{3}_\d{3}$/.test(k)), `suffix left in ${cgi[1]}`);
@@ -333,5 +335,45 @@ describe('Apply with nothing to send or a busy rack', () => {
         await new Promise((r) => setTimeout(r, 50));
       assert.equal(fs.existsSync(path.join(servidor.raiz, 'config/web.lock')), false, 'config/web.lock is left');
       assert.doesNotMatch(lee(servidor, 'config/network.010.000.000.022.xml'), /<NIVEL>42<\/NIVEL>/);
+    }));
+});
+
+describe('After Apply the page follows the saved unit until the daemon has applied it', () => {
+  // What the control daemon does once it has applied a unit: clears its pending flag.
+  const aplicaComoElDaemon = (servidor, documento) => fs.writeFileSync(path.join(servidor.raiz, documento),
+    lee(servidor, documento).replace('<CAMBIOSWEB>1</CAMBIOSWEB>', '<CAMBIOSWEB>0</CAMBIOSWEB>'));
+  const seguimiento = (pagina) => pagina.locator('#resultado p.seguimiento').textContent();
+  const seleccionPintada = (pagina, sufijo) =>
+    pagina.$eval(`#contenido input[name="forzarconfig${sufijo}"]`, (caja) => caja.defaultChecked);
+
+  test('pending while the unit is queued, applied once the daemon has cleared its flag', (t) =>
+    enRack(t, 'follow-applied', async ({ pagina, servidor }) => {
+      await abreRuta(pagina, servidor, 'network');
+      await cambia(pagina, 'orden_010_000_000_022', '12');
+      await selecciona(pagina, '_010_000_000_022');
+      await aplicaYEspera(pagina, 'network');
+      assert.equal(await seguimiento(pagina), 'Waiting for the rack to apply the changes (pending: 10.0.0.22).');
+      assert.equal(await seleccionPintada(pagina, '_010_000_000_022'), true, 'the page shows the unit pending');
+
+      aplicaComoElDaemon(servidor, 'config/network.010.000.000.022.xml');
+      await pagina.waitForFunction(() =>
+        document.querySelector('#resultado p.seguimiento')?.textContent === 'The rack has applied the changes.');
+      assert.equal(await seleccionPintada(pagina, '_010_000_000_022'), false, 'the unit is shown applied');
+      assert.equal(await pagina.locator('#resultado .unidad-aplicada[data-estado="ok"]').count(), 1,
+        'the save\'s answer stays on screen');
+    }));
+
+  test('an edit of the page stops the reloading, so nothing the operator types is lost', (t) =>
+    enRack(t, 'follow-edited', async ({ pagina, servidor, peticiones }) => {
+      await abreRuta(pagina, servidor, 'network');
+      await cambia(pagina, 'orden_010_000_000_022', '12');
+      await selecciona(pagina, '_010_000_000_022');
+      await aplicaYEspera(pagina, 'network');
+      await cambia(pagina, 'orden_010_000_000_021', '7');
+      const cargas = peticiones.length;
+      await new Promise((r) => setTimeout(r, 4000));
+      assert.deepEqual(peticiones.slice(cargas), [], 'the page was loaded again over the edit');
+      assert.equal(await pagina.inputValue('#contenido [name="orden_010_000_000_021"]'), '7');
+      assert.match(await seguimiento(pagina), /^The page was edited, so it is not loaded again \(pending: 10\.0\.0\.22\)\.$/);
     }));
 });

@@ -76,6 +76,7 @@ describe('advanced configuration of a unit', () => {
 });
 
 describe('service list of an IP input', () => {
+  const servicios = '#ventana-servicios';
   const CASOS = [
     { boton: 'Store Changes', guarda: true },
     { boton: 'Discard Changes and Close', guarda: false },
@@ -87,26 +88,45 @@ describe('service list of an IP input', () => {
         const antes = lee(servidor, doc);
         await abreRuta(pagina, servidor, 'ip');
         await pagina.locator(`#contenido [onclick*="MuestraListaServicios(this,1,'_010_000_000_105')"]`).click();
-        await pagina.waitForSelector(`${ventana} #slselect-1`);
-        assert.match(await pagina.locator(ventana).textContent(), /INPUT 1 SERVICE LIST[\s\S]*MBRO1/);
-        await pagina.locator(`${ventana} #slselect-1`).check();
-        assert.equal(await pagina.locator(`${ventana} tr.servicio-elegido`).count(), 1);
-        await pagina.locator(`${ventana} button`, { hasText: caso.boton }).click();
-        await pagina.waitForSelector(ventana, { state: 'detached' });
+        await pagina.waitForSelector(`${servicios} #slselect-1`);
+        assert.match(await pagina.locator(servicios).textContent(), /INPUT 1 SERVICE LIST[\s\S]*MBRO1/);
+        await pagina.locator(`${servicios} #slselect-1`).check();
+        assert.equal(await pagina.locator(`${servicios} tr.servicio-elegido`).count(), 1);
+        await pagina.locator(`${servicios} button`, { hasText: caso.boton }).click();
+        await pagina.waitForSelector(servicios, { state: 'detached' });
         if (caso.guarda) {
           await pagina.waitForSelector('#respuesta-operacion');
           assert.notEqual(lee(servidor, doc), antes);
           assert.doesNotMatch(await pagina.locator('#respuesta-operacion').textContent(), /ERROR/);
           // Opened again, the list shows the stored choice.
           await pagina.locator(`#contenido [onclick*="MuestraListaServicios(this,1,'_010_000_000_105')"]`).click();
-          await pagina.waitForSelector(`${ventana} #slselect-1`);
-          assert.equal(await pagina.locator(`${ventana} #slselect-1`).isChecked(), true);
-          assert.equal(await pagina.locator(`${ventana} #slselect-2`).isChecked(), false);
+          await pagina.waitForSelector(`${servicios} #slselect-1`);
+          assert.equal(await pagina.locator(`${servicios} #slselect-1`).isChecked(), true);
+          assert.equal(await pagina.locator(`${servicios} #slselect-2`).isChecked(), false);
         } else {
           assert.equal(lee(servidor, doc), antes);
         }
       }));
   }
+
+  test('the Select button of the advanced configuration lists the services of that window\'s unit', () =>
+    enRack('servicios-avanzada', async ({ pagina, servidor }) => {
+      const doc = 'config/network.010.000.000.105.xml';
+      const antes = lee(servidor, doc);
+      await abreRuta(pagina, servidor, 'units');
+      await pagina.locator('#contenido .operaciones-unidad[data-sufijo="010.000.000.105"] .op-avanzada').click();
+      await pagina.locator(`${ventana} [onclick*="MuestraListaServicios(this,1,'_tot')"]`).click();
+      await pagina.waitForSelector(`${servicios} #slselect-1`);
+      assert.match(await pagina.locator(servicios).textContent(), /INPUT 1 SERVICE LIST[\s\S]*MBRO1/);
+      await pagina.locator(`${servicios} #slselect-1`).check();
+      await pagina.locator(`${servicios} button`, { hasText: 'Store Changes' }).click();
+      await pagina.waitForSelector(servicios, { state: 'detached' });
+      await pagina.waitForSelector('#respuesta-operacion');
+      assert.doesNotMatch(await pagina.locator('#respuesta-operacion').textContent(), /ERROR/);
+      assert.notEqual(lee(servidor, doc), antes, 'the unit of the advanced window stored the choice');
+      assert.equal(await pagina.locator(`${ventana} [name="outlev_tot"]`).count(), 1,
+        'the advanced configuration stays open under the list');
+    }));
 });
 
 describe('operations of the unit list', () => {
@@ -142,6 +162,17 @@ describe('operations of the unit list', () => {
       assert.equal(lee(servidor, caso.fichero), caso.contenido);
     }));
   }
+
+  test('firmware update under the page lock: nothing is programmed while the daemon is busy', () =>
+    enRack('unidades-update-busy', async ({ pagina, servidor }) => {
+      await abreRuta(pagina, servidor, 'units');
+      fs.writeFileSync(path.join(servidor.raiz, 'config/control.lock'), '');
+      const fila = pagina.locator('#tabadatos tr', { has: pagina.locator('input[name="forzarconfig_010_000_000_105"]') });
+      await fila.locator('button', { hasText: 'Update' }).click();
+      await pagina.locator(`${ventana} button`, { hasText: /^Program update$/ }).click();
+      await esperaRespuesta(pagina, /busy/);
+      assert.equal(existe(servidor, 'upload/listupdate.prg'), false);
+    }));
 });
 
 describe('network page pop-ups fill every unit', () => {

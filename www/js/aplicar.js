@@ -2,7 +2,9 @@
 // selected unit row (its forzarconfig box ticked) to the CGI's save command of the page,
 // one unit per request, while holding the page lock, so the web pages, the front panel and
 // the control daemon never change a unit at the same time. What each unit answered stays
-// on screen in #resultado, also after the page is loaded again with the saved values.
+// on screen in #resultado, also after the page is loaded again with the saved values. The
+// saved units stay pending (their Select box ticked) until the control daemon has applied
+// them: the page comes again every few seconds until it has, so the operator sees it happen.
 'use strict';
 
 (() => {
@@ -30,7 +32,13 @@
   let bloqueoTomado = false; // the web lock is ours right now
   let peticionActual = null; // AbortController of the request in flight
   let ejecucion = 0; // number of the apply run in progress; 0 when none
-  let resultadoPendiente = null; // { ruta, html, error } shown again after the reload
+  let resultadoPendiente = null; // { ruta, html, error, aplicadas, vueltas } shown again after the reload
+
+  // Following the saved units until the daemon has applied them: the page is loaded again
+  // this often, at most this many times, while the operator leaves it untouched.
+  const SEGUIMIENTO_MS = 3000;
+  const SEGUIMIENTO_VUELTAS = 20;
+  let seguimiento = null; // AbortController of the follow-up under way
 
   // The part of a CGI answer between <body> and </body>.
   function cuerpoDe(html) {
@@ -98,11 +106,14 @@
     return control.value;
   }
 
-  // A save's form from the controls: each under the base name `baseDe` gives it (null leaves
-  // it out); per-line controls joined into "<line>_<value>_<line>_<value>"; a value the page
-  // keeps only in its twin (the number of inputs, whether the unit has IP), or in `gemelos`,
-  // taken from there unless listed in `sinGemelo`.
-  function formularioControles(controles, baseDe, { comando, renombres = {}, gemelos = new Map(), sinGemelo = [] }) {
+  // A save's form from the controls: the command and the unit's name first (the CGI takes the
+  // first "sufijo" anywhere in the form, so no value may come before it), then each control
+  // under the base name `baseDe` gives it (null leaves it out); per-line controls joined into
+  // "<line>_<value>_<line>_<value>"; a value the page keeps only in its twin (the number of
+  // inputs, whether the unit has IP), or in `gemelos`, taken from there unless listed in
+  // `sinGemelo`.
+  function formularioControles(controles, baseDe,
+    { comando, sufijo, renombres = {}, gemelos = new Map(), sinGemelo = [] }) {
     const simples = new Map();
     const lineas = new Map();
     for (const control of controles) {
@@ -126,7 +137,7 @@
         simples.set(renombres[base] || base, valorDe(control));
       }
     }
-    const formulario = new URLSearchParams({ command: String(comando) });
+    const formulario = new URLSearchParams({ command: String(comando), sufijo });
     for (const [clave, valor] of simples)
       formulario.append(clave, valor);
     for (const [clave, pares] of lineas) {
@@ -149,9 +160,8 @@
       const propio = sufijo === '' ? !SUFIJO.test(nombre) : nombre.endsWith(sufijo);
       const base = nombre.slice(0, nombre.length - sufijo.length);
       return propio && !base.endsWith('_all') && !base.startsWith('forzarconf') ? base : null;
-    }, { comando, renombres: RENOMBRES[comando] || {} });
     // The save drops the first character: ".010.000.000.021" names network.010.000.000.021.xml.
-    formulario.append('sufijo', sufijo.replaceAll('_', '.'));
+    }, { comando, sufijo: sufijo.replaceAll('_', '.'), renombres: RENOMBRES[comando] || {} });
     return formulario;
   }
 
@@ -223,6 +233,7 @@
       muestra('No unit is selected: tick the Select box of the units to apply.');
       return;
     }
+    seguimiento?.abort();
     // The forms are read now, before anything can change the page.
     const formularios = unidades.map((sufijo) => ({ sufijo, formulario: formularioDe(sufijo, comando) }));
 
@@ -233,9 +244,12 @@
     const resultado = panel();
     resultado.classList.remove('error');
     resultado.replaceChildren();
-    let recargar = false;
+    let recargar = null; // the select boxes of the units saved, once the run has ended
     try {
       let respuesta;
+      // Counted as ours from the moment it is asked for: if the answer is lost, the program may
+      // have taken it all the same, and the release below hands it back.
+      bloqueoTomado = true;
       try {
         respuesta = await pide(`${CGI}?command=5`);
       } catch (error) {
@@ -243,6 +257,7 @@
         return;
       }
       if (respuesta === '1') {
+        bloqueoTomado = false; // refused: the lock is not ours to release
         muestra('The front panel or the control daemon is busy; try again.', { error: true, reintento: aplica });
         return;
       }
@@ -250,9 +265,9 @@
         muestra(`The page lock could not be taken: unexpected answer "${respuesta.slice(0, 80)}".`, { error: true });
         return;
       }
-      bloqueoTomado = true;
 
       let fallos = 0;
+      const aplicadas = [];
       for (const [i, { sufijo, formulario }] of formularios.entries()) {
         if (esta !== ejecucion)
           return;
@@ -266,6 +281,8 @@
           linea.innerHTML = html;
           if (fallida)
             fallos++;
+          else
+            aplicadas.push(`forzarconfig${sufijo}`);
         } catch (error) {
           if (esta !== ejecucion)
             return;
@@ -279,7 +296,7 @@
         resultado.append(linea);
       }
       resultado.classList.toggle('error', fallos > 0);
-      recargar = true;
+      recargar = aplicadas;
     } finally {
       if (esta === ejecucion) {
         await liberaBloqueo();
@@ -292,15 +309,57 @@
         ejecucion = 0;
         if (recargar) {
           // The page comes again with the saved values; the answers stay on screen.
-          resultadoPendiente = { ruta, html: resultado.innerHTML, error: resultado.classList.contains('error') };
+          resultadoPendiente = { ruta, html: resultado.innerHTML, error: resultado.classList.contains('error'),
+            aplicadas: recargar, vueltas: 0 };
           window.dispatchEvent(new HashChangeEvent('hashchange'));
         }
       }
     }
   }
 
+  // After an apply: whether the saved units are still pending, as the page was painted; if
+  // they are, the page comes again a little later, unless the operator edits it, leaves it
+  // or applies again.
+  function sigue(pendiente, resultado) {
+    seguimiento?.abort();
+    seguimiento = null;
+    const pendientes = pendiente.aplicadas.filter((nombre) =>
+      contenido.querySelector(`input[type="checkbox"][name="${nombre}"]`)?.defaultChecked);
+    const linea = document.createElement('p');
+    linea.className = 'seguimiento';
+    resultado.append(linea);
+    if (!pendientes.length) {
+      linea.textContent = 'The rack has applied the changes.';
+      return;
+    }
+    const unidades = pendientes.map((nombre) => nombreUnidad(nombre.slice('forzarconfig'.length))).join(', ');
+    if (pendiente.vueltas >= SEGUIMIENTO_VUELTAS) {
+      linea.textContent = `Still pending after ${SEGUIMIENTO_VUELTAS * SEGUIMIENTO_MS / 1000} s: ${unidades}. ` +
+        'Load the page again later to see whether the rack has applied them.';
+      return;
+    }
+    linea.textContent = `Waiting for the rack to apply the changes (pending: ${unidades}).`;
+    const control = new AbortController();
+    seguimiento = control;
+    const tocada = () => {
+      control.abort();
+      linea.textContent = `The page was edited, so it is not loaded again (pending: ${unidades}).`;
+    };
+    contenido.addEventListener('input', tocada, { signal: control.signal });
+    contenido.addEventListener('change', tocada, { signal: control.signal });
+    const reloj = setTimeout(() => {
+      control.abort();
+      if (ejecucion || contenido.dataset.ruta !== pendiente.ruta)
+        return;
+      resultadoPendiente = { ...pendiente, vueltas: pendiente.vueltas + 1 };
+      window.dispatchEvent(new HashChangeEvent('hashchange'));
+    }, SEGUIMIENTO_MS);
+    control.signal.addEventListener('abort', () => clearTimeout(reloj));
+  }
+
   // Leaving while an apply is under way: stop it and hand the lock back.
   function abandona() {
+    seguimiento?.abort();
     if (!ejecucion && !bloqueoTomado)
       return;
     ejecucion = 0;
@@ -312,6 +371,8 @@
     const ruta = evento.detail?.ruta;
     const pendiente = resultadoPendiente;
     resultadoPendiente = null;
+    seguimiento?.abort();
+    seguimiento = null;
     if (!Object.hasOwn(GUARDADOS, ruta) || contenido.querySelector('button.aplicar'))
       return;
     const boton = document.createElement('button');
@@ -328,6 +389,8 @@
     if (pendiente && pendiente.ruta === ruta) {
       resultado.innerHTML = pendiente.html;
       resultado.classList.toggle('error', pendiente.error);
+      if (pendiente.aplicadas.length)
+        sigue(pendiente, resultado);
     }
   });
 

@@ -22,6 +22,7 @@
   const IP = /^(25[0-5]|2[0-4]\d|1\d\d|[1-9]?\d)(\.(25[0-5]|2[0-4]\d|1\d\d|[1-9]?\d)){3}$/;
 
   const contenido = document.getElementById('contenido');
+  const VENTANA_SERVICIOS = 'ventana-servicios';
 
   function cuerpoDe(html) {
     const inicio = html.indexOf('<body>');
@@ -40,13 +41,22 @@
   }
 
   // Runs `accion` holding the page lock, so the front panel and the control daemon do not
-  // change the unit at the same time; the lock is always handed back.
+  // change the unit at the same time; the lock is always handed back, also when the answer to
+  // the request for it was lost (the program may have taken it all the same).
   async function conBloqueo(accion) {
-    const respuesta = await pide({ command: '5' });
+    let respuesta;
+    try {
+      respuesta = await pide({ command: '5' });
+    } catch (error) {
+      await pide({ command: '6' }).catch(() => {});
+      throw error;
+    }
     if (respuesta === '1')
       throw new Error('the front panel or the control daemon is busy; try again');
-    if (respuesta !== '0')
+    if (respuesta !== '0') {
+      await pide({ command: '6' }).catch(() => {});
       throw new Error(`the page lock could not be taken (answer "${respuesta.slice(0, 80)}")`);
+    }
     try {
       return await accion();
     } finally {
@@ -54,11 +64,12 @@
     }
   }
 
-  // The window over the page: a title, its content, an answer area and a Close button.
-  function abreVentana(titulo) {
-    cierraVentana();
+  // The window over the page: a title, its content, an answer area and a Close button. The
+  // service list has a window of its own, so that it can open over the advanced configuration.
+  function abreVentana(titulo, id = 'ventana-operacion') {
+    cierraVentana(id);
     const fondo = document.createElement('div');
-    fondo.id = 'ventana-operacion';
+    fondo.id = id;
     fondo.setAttribute('role', 'dialog');
     fondo.setAttribute('aria-label', titulo);
     fondo.style.cssText = 'position:fixed;inset:0;background:rgba(0,0,0,.35);z-index:50;overflow:auto;';
@@ -76,15 +87,15 @@
     cerrar.type = 'button';
     cerrar.className = 'ventana-cerrar';
     cerrar.textContent = 'Close';
-    cerrar.addEventListener('click', cierraVentana);
+    cerrar.addEventListener('click', () => cierraVentana(id));
     caja.append(cabecera, cuerpo, respuesta, cerrar);
     fondo.append(caja);
     document.body.append(fondo);
     return { cuerpo, respuesta, caja };
   }
 
-  function cierraVentana() {
-    document.getElementById('ventana-operacion')?.remove();
+  function cierraVentana(id = 'ventana-operacion') {
+    document.getElementById(id)?.remove();
   }
 
   function muestraRespuesta(zona, html, { error = false } = {}) {
@@ -128,8 +139,7 @@
       gemelos.set(oculto.id.slice(0, -4), oculto.textContent.trim());
     const controles = zona.querySelectorAll('input[name$="_tot"], select[name$="_tot"], textarea[name$="_tot"]');
     const formulario = window.formularioControles(controles, (nombre) => nombre.slice(0, -4),
-      { comando: 25, renombres: RENOMBRES_TOTAL, gemelos, sinGemelo: ['idunit', 'tipounidad'] });
-    formulario.append('sufijo', sufijo);
+      { comando: 25, sufijo, renombres: RENOMBRES_TOTAL, gemelos, sinGemelo: ['idunit', 'tipounidad'] });
     formulario.append('cfgtotenviar', enviar ? '1' : '0');
     return formulario;
   }
@@ -168,12 +178,16 @@
     cuerpo.after(botones);
   }
 
-  // Opens the service list of an IP input of a unit (the "Select" button of the IP page).
+  // Opens the service list of an IP input of a unit: the "Select" button of the IP page names
+  // the unit; on the advanced configuration ("_tot") it is the unit of that window.
   async function MuestraListaServicios(_boton, entrada, sufijo) {
-    const { cuerpo, respuesta } = abreVentana(`Services of IP input ${entrada}`);
+    const unidad = sufijo === '_tot'
+      ? document.querySelector('#ventana-operacion .ventana-caja')?.dataset.sufijo ?? ''
+      : sinPunto(sufijo);
+    const { cuerpo, respuesta } = abreVentana(`Services of IP input ${entrada}`, VENTANA_SERVICIOS);
     respuesta.textContent = 'Loading…';
     try {
-      cuerpo.innerHTML = cuerpoDe(await pide({ command: '29', sufijo: sinPunto(sufijo), entip: String(entrada), total: '0' }));
+      cuerpo.innerHTML = cuerpoDe(await pide({ command: '29', sufijo: unidad, entip: String(entrada), total: '0' }));
       respuesta.textContent = '';
     } catch (error) {
       muestraError(respuesta, `The service list could not be loaded: ${error.message}.`);
@@ -192,11 +206,11 @@
   // "1" stores the list's choice in the unit's document; "0" discards it. Either way the
   // list closes; the answer stays above the page.
   async function GrabarListaServicios(guardar) {
-    const ventana = document.getElementById('ventana-operacion');
+    const ventana = document.getElementById(VENTANA_SERVICIOS);
     if (!ventana)
       return;
     if (String(guardar) !== '1') {
-      cierraVentana();
+      cierraVentana(VENTANA_SERVICIOS);
       return;
     }
     const cuerpo = ventana.querySelector('.ventana-cuerpo');
@@ -219,7 +233,7 @@
     if (aviso) aviso.style.display = '';
     try {
       const html = cuerpoDe(await conBloqueo(() => pide(formulario, { post: true })));
-      cierraVentana();
+      cierraVentana(VENTANA_SERVICIOS);
       muestraRespuesta(zonaGeneral(), html || 'The service list was stored; send it with "Apply selected".',
         { error: /ERROR!/.test(html) });
     } catch (error) {
@@ -251,11 +265,14 @@
     return s;
   }
 
-  async function enviaOperacion(zona, parametros, siVacio) {
+  // Sends one operation and shows its answer; with `bloqueo`, under the page lock (the
+  // operation changes a unit's document).
+  async function enviaOperacion(zona, parametros, siVacio, { bloqueo = false } = {}) {
     zona.classList.remove('error');
     zona.textContent = 'Sending…';
     try {
-      const html = cuerpoDe(await pide(parametros, { post: true }));
+      const envia = () => pide(parametros, { post: true });
+      const html = cuerpoDe(await (bloqueo ? conBloqueo(envia) : envia()));
       muestraRespuesta(zona, html || siVacio, { error: /ERROR!|Refused|failed/i.test(html) });
     } catch (error) {
       muestraError(zona, `The request was not sent: ${error.message}.`);
@@ -266,7 +283,7 @@
     const { cuerpo, respuesta } = abreVentana(`Firmware update of ${unidad}`);
     cuerpo.textContent = `The uploaded firmware is programmed for ${unidad}.`;
     cuerpo.append(boton('Program update', 'programar-update',
-      () => enviaOperacion(respuesta, { command: '23', sufijo }, 'The update was programmed.')));
+      () => enviaOperacion(respuesta, { command: '23', sufijo }, 'The update was programmed.', { bloqueo: true })));
   }
 
   function ventanaRemoto(unidad) {
@@ -420,6 +437,7 @@
     const ruta = evento.detail?.ruta;
     if (ruta !== rutaCargada) {
       cierraVentana();
+      cierraVentana(VENTANA_SERVICIOS);
       document.getElementById('respuesta-operacion')?.remove();
     }
     rutaCargada = ruta;
