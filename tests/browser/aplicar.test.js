@@ -4,27 +4,13 @@
 // panel holds the rack, when the operator leaves in the middle).
 'use strict';
 
-const { describe, test, before, after } = require('node:test');
+const { describe, test } = require('node:test');
 const assert = require('node:assert/strict');
 const fs = require('node:fs');
 const path = require('node:path');
-const { arrancaServidor } = require('./servidor.js');
-const { abreNavegador, vigilaPagina, conCaptura } = require('./navegador.js');
-
-// Generous: a page may come slowly from a loaded machine; nothing here measures speed.
-const ESPERA_MS = 15000;
+const { enRackPropio, lee } = require('./banco.js');
 
 const COMANDO_PAGINA = { network: 3, inputs: 10, transport: 12, output: 13, ip: 17, test: 14 };
-
-let navegador;
-
-before(async () => {
-  navegador = await abreNavegador();
-});
-
-after(async () => {
-  await navegador?.close();
-});
 
 // Every file of the rack copy, path -> content, to compare before and after.
 function fotoRack(raiz) {
@@ -51,44 +37,6 @@ function diferencias(antes, despues) {
   }
   for (const ruta of antes.keys()) if (!despues.has(ruta)) borrados.push(ruta);
   return { cambiados: cambiados.sort(), nuevos: nuevos.sort(), borrados: borrados.sort() };
-}
-
-function lee(servidor, relativa) {
-  return fs.readFileSync(path.join(servidor.raiz, relativa), 'utf8');
-}
-
-// Runs `cuerpo({ pagina, servidor, peticiones })` on a fresh rack copy and a fresh browser
-// context. `peticiones` lists every CGI request the page made ("GET command=5", "POST
-// command=21&..."). At the end the page must have shown no console error and no failed
-// request, except calls to page functions that the change-tracking and checking scripts do
-// not define yet (they are named in the test's diagnostics, not hidden).
-async function enRack(t, nombre, cuerpo, { preparar } = {}) {
-  const servidor = await arrancaServidor({ cgi: process.env.CAMBIOIP_CGI, rack: 'qam' });
-  const contexto = await navegador.newContext();
-  const pagina = await contexto.newPage();
-  pagina.setDefaultTimeout(ESPERA_MS);
-  const problemas = vigilaPagina(pagina);
-  const peticiones = [];
-  pagina.on('request', (peticion) => {
-    const url = peticion.url();
-    if (!url.includes('/cgi-bin/')) return;
-    peticiones.push(peticion.method() === 'POST'
-      ? `POST ${peticion.postData() ?? ''}`
-      : `GET ${url.replace(/^.*\?/, '')}`);
-  });
-  try {
-    if (preparar) preparar(servidor);
-    await conCaptura(pagina, nombre, async () => {
-      await cuerpo({ pagina, servidor, peticiones });
-      const faltan = problemas.filter((p) => /^uncaught script error: \w+ is not defined$/.test(p));
-      if (faltan.length) t.diagnostic(`page functions not defined yet: ${[...new Set(faltan)].join('; ')}`);
-      assert.deepEqual(problemas.filter((p) => !faltan.includes(p)), [],
-        'the page showed errors or failed requests');
-    });
-  } finally {
-    await contexto.close();
-    await servidor.para();
-  }
 }
 
 async function abreRuta(pagina, servidor, ruta) {
@@ -173,8 +121,8 @@ function documentoDe(unidad) {
 
 describe('Apply saves the selected unit and nothing else', () => {
   for (const caso of CASOS) {
-    test(`${caso.ruta}: ${caso.control} of ${caso.unidad} (save command ${caso.comando})`, (t) =>
-      enRack(t, `apply-${caso.ruta}-${caso.unidad}`, async ({ pagina, servidor, peticiones }) => {
+    test(`${caso.ruta}: ${caso.control} of ${caso.unidad} (save command ${caso.comando})`, () =>
+      enRackPropio(`apply-${caso.ruta}-${caso.unidad}`, async ({ pagina, servidor, peticiones }) => {
         const sufijo = sufijoDe(caso.unidad);
         const documento = documentoDe(caso.unidad);
         await abreRuta(pagina, servidor, caso.ruta);
@@ -233,8 +181,8 @@ describe('Apply hands the lock back when a save fails', () => {
       control: 'networkipdir', valor: '10.0.0.300', mensaje: /Refused value for networkipdir/ },
   ];
   for (const caso of FALLOS) {
-    test(`${caso.ruta}: ${caso.nombre}`, (t) =>
-      enRack(t, `fails-${caso.ruta}`, async ({ pagina, servidor, peticiones }) => {
+    test(`${caso.ruta}: ${caso.nombre}`, () =>
+      enRackPropio(`fails-${caso.ruta}`, async ({ pagina, servidor, peticiones }) => {
         const sufijo = sufijoDe(caso.unidad);
         await abreRuta(pagina, servidor, caso.ruta);
         if (caso.control) await cambia(pagina, `${caso.control}${sufijo}`, caso.valor);
@@ -255,8 +203,8 @@ describe('Apply hands the lock back when a save fails', () => {
 });
 
 describe('Apply with nothing to send or a busy rack', () => {
-  test('busy: with config/control.lock present nothing is posted; Retry applies once it is gone', (t) =>
-    enRack(t, 'busy', async ({ pagina, servidor, peticiones }) => {
+  test('busy: with config/control.lock present nothing is posted; Retry applies once it is gone', () =>
+    enRackPropio('busy', async ({ pagina, servidor, peticiones }) => {
       await abreRuta(pagina, servidor, 'network');
       await cambia(pagina, 'orden_010_000_000_022', '12');
       await selecciona(pagina, '_010_000_000_022');
@@ -278,8 +226,8 @@ describe('Apply with nothing to send or a busy rack', () => {
       assert.equal(fs.existsSync(path.join(servidor.raiz, 'config/web.lock')), false, 'config/web.lock is left');
     }, { preparar: (servidor) => fs.writeFileSync(path.join(servidor.raiz, 'config/control.lock'), '') }));
 
-  test('no unit selected: says so and asks for no lock', (t) =>
-    enRack(t, 'none-selected', async ({ pagina, servidor, peticiones }) => {
+  test('no unit selected: says so and asks for no lock', () =>
+    enRackPropio('none-selected', async ({ pagina, servidor, peticiones }) => {
       await abreRuta(pagina, servidor, 'output');
       await pagina.$$eval('#contenido input[name^="forzarconfig"]', (cajas) => {
         for (const caja of cajas) caja.checked = false;
@@ -291,8 +239,8 @@ describe('Apply with nothing to send or a busy rack', () => {
       assert.deepEqual(diferencias(antes, fotoRack(servidor.raiz)), { cambiados: [], nuevos: [], borrados: [] });
     }));
 
-  test('refused values: names them and asks for no lock', (t) =>
-    enRack(t, 'refused', async ({ pagina, servidor, peticiones }) => {
+  test('refused values: names them and asks for no lock', () =>
+    enRackPropio('refused', async ({ pagina, servidor, peticiones }) => {
       await abreRuta(pagina, servidor, 'transport');
       await selecciona(pagina, '_010_000_000_022');
       await pagina.evaluate(() => { window.camposRechazados = () => ['tsid_010_000_000_022']; });
@@ -302,8 +250,8 @@ describe('Apply with nothing to send or a busy rack', () => {
       assert.equal(fs.existsSync(path.join(servidor.raiz, 'config/web.lock')), false);
     }));
 
-  test('leaving the page while a save is under way releases the lock', (t) =>
-    enRack(t, 'leave', async ({ pagina, servidor }) => {
+  test('leaving the page while a save is under way releases the lock', () =>
+    enRackPropio('leave', async ({ pagina, servidor }) => {
       await abreRuta(pagina, servidor, 'output');
       await cambia(pagina, 'outlev_010_000_000_022', '42');
       await selecciona(pagina, '_010_000_000_022');
@@ -346,8 +294,8 @@ describe('After Apply the page follows the saved unit until the daemon has appli
   const seleccionPintada = (pagina, sufijo) =>
     pagina.$eval(`#contenido input[name="forzarconfig${sufijo}"]`, (caja) => caja.defaultChecked);
 
-  test('pending while the unit is queued, applied once the daemon has cleared its flag', (t) =>
-    enRack(t, 'follow-applied', async ({ pagina, servidor }) => {
+  test('pending while the unit is queued, applied once the daemon has cleared its flag', () =>
+    enRackPropio('follow-applied', async ({ pagina, servidor }) => {
       await abreRuta(pagina, servidor, 'network');
       await cambia(pagina, 'orden_010_000_000_022', '12');
       await selecciona(pagina, '_010_000_000_022');
@@ -363,8 +311,8 @@ describe('After Apply the page follows the saved unit until the daemon has appli
         'the save\'s answer stays on screen');
     }));
 
-  test('an edit of the page stops the reloading, so nothing the operator types is lost', (t) =>
-    enRack(t, 'follow-edited', async ({ pagina, servidor, peticiones }) => {
+  test('an edit of the page stops the reloading, so nothing the operator types is lost', () =>
+    enRackPropio('follow-edited', async ({ pagina, servidor, peticiones }) => {
       await abreRuta(pagina, servidor, 'network');
       await cambia(pagina, 'orden_010_000_000_022', '12');
       await selecciona(pagina, '_010_000_000_022');

@@ -1,6 +1,7 @@
 // The frame the browser test files share: one Chromium for the file, one server per rack
-// started when a test first needs it, pages opened on a route and waited for, and the
-// comparison of a unit's row with what the CGI paints for a stored value.
+// started when a test first needs it (or a fresh one for a test that writes to its rack),
+// pages opened on a route and waited for, and the comparison of a unit's row with what the
+// CGI paints for a stored value.
 'use strict';
 
 const fs = require('node:fs');
@@ -59,6 +60,42 @@ async function enRuta(nombre, { rack = 'qam', ruta }, cuerpo) {
     await contexto.close();
   }
 }
+
+// For a test that writes to the rack: a fresh copy with its own server and a fresh browser
+// context. Runs `cuerpo({ pagina, servidor, peticiones })`, where `peticiones` lists the
+// CGI requests the page made ("GET command=5", "POST command=21&..."); `preparar(servidor)`
+// runs before. The page must show no console error nor failed request, and leave no
+// config/web.lock behind.
+async function enRackPropio(nombre, cuerpo, { rack = 'qam', preparar } = {}) {
+  const servidor = await arrancaServidor({ cgi: process.env.CAMBIOIP_CGI, rack });
+  const contexto = await navegador.newContext();
+  const pagina = await contexto.newPage();
+  pagina.setDefaultTimeout(ESPERA_MS);
+  const problemas = vigilaPagina(pagina);
+  const peticiones = [];
+  pagina.on('request', (peticion) => {
+    const url = peticion.url();
+    if (!url.includes('/cgi-bin/')) return;
+    peticiones.push(peticion.method() === 'POST'
+      ? `POST ${peticion.postData() ?? ''}`
+      : `GET ${url.replace(/^.*\?/, '')}`);
+  });
+  try {
+    if (preparar) preparar(servidor);
+    await conCaptura(pagina, nombre, async () => {
+      await cuerpo({ pagina, servidor, peticiones });
+      assert.deepEqual(problemas, [], 'the page showed errors or failed requests');
+      assert.equal(existe(servidor, 'config/web.lock'), false, 'config/web.lock is left');
+    });
+  } finally {
+    await contexto.close();
+    await servidor.para();
+  }
+}
+
+// A file of the rack copy, by its path under the root.
+const lee = (servidor, relativa) => fs.readFileSync(path.join(servidor.raiz, relativa), 'utf8');
+const existe = (servidor, relativa) => fs.existsSync(path.join(servidor.raiz, relativa));
 
 // The unit's document in the rack copy: the master's is network.xml.
 const documentoDe = (servidor, sufijo) =>
@@ -127,6 +164,6 @@ async function comparaConCGI(nombre, { rack = 'qam', ruta, sufijo, ediciones, ac
 }
 
 module.exports = {
-  ESPERA_MS, servidorDe, abre, enRuta, documentoDe, planta, estadoFila, comparaConCGI,
+  ESPERA_MS, servidorDe, abre, enRuta, enRackPropio, lee, existe, documentoDe, planta, estadoFila, comparaConCGI,
   navegador: () => navegador,
 };

@@ -6,31 +6,7 @@ const { describe, test } = require('node:test');
 const assert = require('node:assert/strict');
 const fs = require('node:fs');
 const path = require('node:path');
-const { arrancaServidor } = require('./servidor.js');
-const { vigilaPagina, conCaptura } = require('./navegador.js');
-const { ESPERA_MS, navegador } = require('./banco.js');
-
-const lee = (servidor, relativa) => fs.readFileSync(path.join(servidor.raiz, relativa), 'utf8');
-const existe = (servidor, relativa) => fs.existsSync(path.join(servidor.raiz, relativa));
-
-// A fresh rack and browser context per test; no console error and no failed request allowed.
-async function enRack(nombre, cuerpo) {
-  const servidor = await arrancaServidor({ cgi: process.env.CAMBIOIP_CGI, rack: 'qam' });
-  const contexto = await navegador().newContext();
-  const pagina = await contexto.newPage();
-  pagina.setDefaultTimeout(ESPERA_MS);
-  const problemas = vigilaPagina(pagina);
-  try {
-    await conCaptura(pagina, nombre, async () => {
-      await cuerpo({ pagina, servidor });
-      assert.deepEqual(problemas, [], 'the page showed errors or failed requests');
-      assert.equal(existe(servidor, 'config/web.lock'), false, 'config/web.lock is left');
-    });
-  } finally {
-    await contexto.close();
-    await servidor.para();
-  }
-}
+const { enRackPropio: enRack, lee, existe } = require('./banco.js');
 
 async function abreRuta(pagina, servidor, ruta) {
   await pagina.goto(`${servidor.url}#/${ruta}`);

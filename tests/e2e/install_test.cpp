@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <ostream>
 #include <unistd.h>
 
 using namespace cambioip_test;
@@ -65,6 +66,8 @@ void startBusybox(const Installed &installed, int port, const std::string &rack,
                                  "Headend", "-h", p + "/www", "-c", p + "/etc/httpd.conf"},
         std::vector<std::string>{"CAMBIOIP_ROOT=" + rack, "CAMBIOIP_LOAD_PAUSE_MS=0"});
 }
+
+void PrintTo(const Server &server, std::ostream *out) { *out << server.name; }
 
 const Server kServers[] = {
     {"lighttpd", "/usr/sbin/lighttpd", 401, startLighttpd},
