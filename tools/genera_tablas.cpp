@@ -7,11 +7,10 @@
 // "@N@" where the row's control name goes and "@V@" where its (escaped) value goes.
 //
 //   genera_tablas <output file>
-#include "SalidaCOFDM/SalidaCOFDM.h"
 #include "SalidaCOFDM/SalidaCOFDM_int.h"
-#include "SalidaCOFDM/TablasCanales.h"
-#include "SalidaQAM/SalidaComun.h"
-#include "SalidaQAM/SalidaQAM.h"
+#include "SalidaComun/TablasCanales.h"
+#include "SalidaComun/SalidaComun.h"
+#include "SalidaQAM/SalidaQAM_int.h"
 #include "cteshtml/cteshtml.h"
 #include "utils/utils.h"
 

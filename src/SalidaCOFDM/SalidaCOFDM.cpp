@@ -5,7 +5,6 @@
 #include "SalidaCOFDM/SalidaCOFDM.h"
 #include "SalidaCOFDM/SalidaCOFDM_int.h"
 
-#include "SalidaQAM/SalidaQAM.h"
 #include "utils/utils.h"
 #include "utilsXML/utilsXML.h"
 
@@ -15,12 +14,12 @@
 #include <type_traits>
 
 // The entries and saves fill the COFDM slots of the dispatch tables.
-static_assert(std::is_same_v<decltype(&SALCOFDM_SondeoRapido), CIP_FuncionPagina>);
-static_assert(std::is_same_v<decltype(&SALCOFDM_SondeoDetallado), CIP_FuncionPagina>);
-static_assert(std::is_same_v<decltype(&SALCOFDM_GeneraTransporte), CIP_FuncionPagina>);
-static_assert(std::is_same_v<decltype(&SALCOFDM_GeneraSalida), CIP_FuncionPagina>);
-static_assert(std::is_same_v<decltype(&SALCOFDM_GrabaTransporte), CIP_FuncionGrabar>);
-static_assert(std::is_same_v<decltype(&SALCOFDM_GrabaSalida), CIP_FuncionGrabar>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_SondeoRapido), SALCOMUN_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_SondeoDetallado), SALCOMUN_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_GeneraTransporte), SALCOMUN_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_GeneraSalida), SALCOMUN_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_GrabaTransporte), SALCOMUN_FuncionGrabar>);
+static_assert(std::is_same_v<decltype(&SALCOFDM_GrabaSalida), SALCOMUN_FuncionGrabar>);
 
 namespace {
 
@@ -34,11 +33,6 @@ constexpr SALCOMUN_MedidasLinea SALCOFDMINT_Medidas = {20, 4, 4};
 // Identifiers edited as four hexadecimal digits.
 constexpr int TAM_HEXA = 4;
 constexpr unsigned HEXA_MAXIMO = 0xffff;
-
-void SALCOFDMINT_Imprime(const std::string &html)
-{
-    std::fwrite(html.data(), 1, html.size(), stdout);
-}
 
 // ---------------------------------------------------------------------------
 // Mode and option lists
@@ -279,19 +273,19 @@ int SALCOFDMINT_PintaLineaSondeo(xmlDocPtr status, int esMaster, int configTotal
     const SALCOMUN_Estado estado = SALCOMUN_LeeEstado(status, esMaster != 0, canales, modelo != nullptr ? modelo : "");
     const auto &leds = estado.leds;
     if (configTotal != 0) {
-        SALCOFDMINT_Imprime(UTILS_Formatea(
+        UTILS_Imprime(UTILS_Formatea(
             htmlConfigTotalUnitStatusCOFDM, leds[SALCOMUN_LedTemp].c_str(), leds[SALCOMUN_LedEAS].c_str(),
             leds[SALCOMUN_LedCH1].c_str(), leds[SALCOMUN_LedCH2].c_str(), leds[SALCOMUN_LedCH3].c_str(),
             leds[SALCOMUN_LedCH4].c_str(), leds[SALCOMUN_LedOUT].c_str(), leds[SALCOMUN_LedRFLoop].c_str(),
             estado.resolucion.c_str(), estado.versiones.c_str()));
     } else if (detallado != 0) {
-        SALCOFDMINT_Imprime(UTILS_Formatea(htmlsondeoDetaladoCOFDM, estado.orden.c_str(), estado.modelo.c_str(),
+        UTILS_Imprime(UTILS_Formatea(htmlsondeoDetaladoCOFDM, estado.orden.c_str(), estado.modelo.c_str(),
                                            estado.id.c_str(), estado.numSerie.c_str(), estado.temperatura.c_str(),
                                            estado.resolucion.c_str(), estado.versiones.c_str(),
                                            estado.opciones.c_str()));
     } else {
         // A COFDM unit has no emergency-alert receiver: its LED is not shown.
-        SALCOFDMINT_Imprime(UTILS_Formatea(
+        UTILS_Imprime(UTILS_Formatea(
             htmlsondeorapidoCOFDM, estado.orden.c_str(), estado.modelo.c_str(), leds[SALCOMUN_LedTemp].c_str(),
             leds[SALCOMUN_LedCH1].c_str(), leds[SALCOMUN_LedCH2].c_str(), leds[SALCOMUN_LedCH3].c_str(),
             leds[SALCOMUN_LedCH4].c_str(), leds[SALCOMUN_LedOUT].c_str(), leds[SALCOMUN_LedRFLoop].c_str(),
@@ -335,7 +329,7 @@ int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configT
         // The advanced page carries "numcanales", "tipounidad" and "haysalidaip" itself; the
         // line count goes with the lines so that their IP services can be stored.
         columnas[COL_PIDAUDIO].html += SALCOMUN_Oculto(fila, "ntotserv", totalLineas);
-        SALCOFDMINT_Imprime(UTILS_Formatea(
+        UTILS_Imprime(UTILS_Formatea(
             htmlConfigTotalTransportConfigCOFDM, columnas[0].html.c_str(), columnas[1].html.c_str(),
             columnas[2].html.c_str(), columnas[3].html.c_str(), columnas[4].html.c_str(), columnas[5].html.c_str(),
             columnas[6].html.c_str(), columnas[7].html.c_str(), columnas[8].html.c_str(), columnas[9].html.c_str(),
@@ -349,7 +343,7 @@ int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configT
                                 SALCOMUN_Oculto(fila, "ntotserv", totalLineas);
     const SALCOMUN_CeldasUnidad unidad = SALCOMUN_CeldasConfig(fila, modelo);
     const std::string forzar = fila.Nombre("forzarconfig");
-    SALCOFDMINT_Imprime(UTILS_Formatea(
+    UTILS_Imprime(UTILS_Formatea(
         htmlinfotransporteCOFDM, unidad.orden.c_str(), unidad.modelo.c_str(), columnas[0].html.c_str(),
         columnas[1].html.c_str(), columnas[2].html.c_str(), columnas[3].html.c_str(), columnas[4].html.c_str(),
         columnas[5].html.c_str(), columnas[6].html.c_str(), columnas[7].html.c_str(), columnas[8].html.c_str(),
@@ -405,7 +399,7 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
             fila.Anterior(nombreBaudios, valorBaudios));
 
     const std::string celdaSalida = SALCOMUN_CampoSelect(
-        fila, fila.Nombre("outout"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALQAM_TiposSalida),
+        fila, fila.Nombre("outout"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALCOMUN_TiposSalida),
         SALCOMUN_Lee(UTILSXML_LeeSALCODFMSALIDA, config, TAM_TEXTO));
     const bool bucle = SALCOMUN_Lee(UTILSXML_LeeSALCODFMLoopRF, config, TAM_TEXTO).starts_with('1');
     const std::string nombreBucle = fila.Nombre("outrfl");
@@ -414,7 +408,7 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
         fila.Anterior(nombreBucle, bucle ? "1" : "0");
 
     if (fila.configTotal) {
-        SALCOFDMINT_Imprime(UTILS_Formatea(htmlConfigTotalOutputConfigCOFDM, celdaTabla.c_str(), celdaCanal.c_str(),
+        UTILS_Imprime(UTILS_Formatea(htmlConfigTotalOutputConfigCOFDM, celdaTabla.c_str(), celdaCanal.c_str(),
                                            celdaPaso.c_str(), celdaNivel.c_str(), celdaModo.c_str(),
                                            celdasOFDM[0].c_str(), celdasOFDM[1].c_str(), celdasOFDM[2].c_str(),
                                            celdasOFDM[3].c_str(), celdaBaudios.c_str(), celdaSalida.c_str(),
@@ -427,7 +421,7 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
         SALCOMUN_Oculto(fila, "bitratetotal", UTILS_Formatea("%lu", SALCOMUN_BitrateTotal(config, canales)));
     const SALCOMUN_CeldasUnidad unidad = SALCOMUN_CeldasConfig(fila, modelo);
     const std::string forzar = fila.Nombre("forzarconfig");
-    SALCOFDMINT_Imprime(UTILS_Formatea(
+    UTILS_Imprime(UTILS_Formatea(
         htmlinfosalidaCOFDM, unidad.orden.c_str(), unidad.modelo.c_str(), celdaTabla.c_str(), celdaCanal.c_str(),
         celdaPaso.c_str(), celdaNivel.c_str(), celdaModo.c_str(), celdasOFDM[0].c_str(), celdasOFDM[1].c_str(),
         celdasOFDM[2].c_str(), celdasOFDM[3].c_str(), celdaBaudios.c_str(), celdaSalida.c_str(), celdaBucle.c_str(),
@@ -442,104 +436,59 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
 int SALCOFDM_SondeoRapido(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                           const char *modelo, int, const char *sufijo, int, int)
 {
-    switch (modo) {
-    case 0:
-        SALCOFDMINT_Imprime(UTILS_Formatea(htmlsondeorapidoCabeceraCOFDM));
-        return 0;
-    case 1:
-        if (modelo == nullptr)
-            return 4;
-        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, 0, 0, canales, modelo, sufijo);
-    case 2:  // no values for all units on a status page
-        SALCOFDMINT_Imprime(htmlfintabla);
-        return 0;
-    case 3:
-        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, 1, 0, canales, modelo, sufijo);
-    default:
-        return 0;
-    }
+    return SALCOMUN_Fases(modo, modelo, htmlsondeorapidoCabeceraCOFDM, [&](bool configTotal) {
+        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, configTotal, 0, canales, modelo, sufijo);
+    });
 }
 
 int SALCOFDM_SondeoDetallado(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                              const char *modelo, int, const char *sufijo, int, int)
 {
-    switch (modo) {
-    case 0:
-        SALCOFDMINT_Imprime(UTILS_Formatea(htmlsondeoDetaladoCabeceraCOFDM));
-        return 0;
-    case 1:
-        if (modelo == nullptr)
-            return 4;
-        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, 0, 1, canales, modelo, sufijo);
-    case 2:
-        SALCOFDMINT_Imprime(htmlfintabla);
-        return 0;
-    case 3:  // the advanced page's status block is the same for both status pages
-        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, 1, 0, canales, modelo, sufijo);
-    default:
-        return 0;
-    }
+    // The advanced page's status block is the same for both status pages.
+    return SALCOMUN_Fases(modo, modelo, htmlsondeoDetaladoCabeceraCOFDM, [&](bool configTotal) {
+        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, configTotal, configTotal ? 0 : 1, canales, modelo, sufijo);
+    });
 }
 
 int SALCOFDM_GeneraTransporte(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int opciones, int, int,
                               const char *modelo, int fila, const char *sufijo, int, int)
 {
-    switch (modo) {
-    case 0:
-        SALCOFDMINT_Imprime(UTILS_Formatea(htmlinfotransporteinicioCOFDM));
-        return 0;
-    case 1:
-        if (modelo == nullptr)
-            return 4;
-        return SALCOFDMINT_PintaLineaTransporte(documento, esMaster, 0, canales, opciones, modelo, sufijo);
-    case 2: {
-        const std::string nit =
-            SALCOMUN_SelectTodasOpciones("nitvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodasCOFDM);
-        const std::string sdt =
-            SALCOMUN_SelectTodasOpciones("sdtvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodasCOFDM);
-        SALCOFDMINT_Imprime(UTILS_Formatea(htmlultimalineaTransporteCOFDM, fila, nit.c_str(), sdt.c_str()));
-        SALCOFDMINT_Imprime(htmlfintabla);
-        return 0;
-    }
-    case 3:
-        return SALCOFDMINT_PintaLineaTransporte(documento, esMaster, 1, canales, opciones, modelo, sufijo);
-    default:
-        return 0;
-    }
+    return SALCOMUN_Fases(
+        modo, modelo, htmlinfotransporteinicioCOFDM,
+        [&](bool configTotal) {
+            return SALCOFDMINT_PintaLineaTransporte(documento, esMaster, configTotal, canales, opciones, modelo, sufijo);
+        },
+        [&] {
+            const std::string nit =
+                SALCOMUN_SelectTodasOpciones("nitvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodas);
+            const std::string sdt =
+                SALCOMUN_SelectTodasOpciones("sdtvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodas);
+            return UTILS_Formatea(htmlultimalineaTransporteCOFDM, fila, nit.c_str(), sdt.c_str());
+        });
 }
 
 int SALCOFDM_GeneraSalida(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                           const char *modelo, int fila, const char *sufijo, int, int)
 {
-    switch (modo) {
-    case 0:
-        SALCOFDMINT_Imprime(UTILS_Formatea(htmlinfosalidainicioCOFDM));
-        return 0;
-    case 1:
-        if (modelo == nullptr)
-            return 4;
-        return SALCOFDMINT_PintaLineaSalida(documento, esMaster, 0, canales, modelo, sufijo);
-    case 2: {
-        const std::string tablas =
-            SALCOMUN_SelectTodasOpciones("outtab", SALCOFDMINT_OpcionesPlan(), strJSCambioTodasCOFDM);
-        const std::string pasos =
-            SALCOMUN_SelectTodasOpciones("frecstep", SALCOFDMINT_OpcionesPaso(false), strJSCambioTodasCOFDM);
-        const std::string modos =
-            SALCOMUN_SelectTodasOpciones("outmod", SALCOFDMINT_OpcionesModo(), strJSCambioTodasCOFDM);
-        const std::string anchos = SALCOMUN_SelectTodas("bwsal", SALCOFDM_AnchosBanda, strJSCambioTodasCOFDM);
-        const std::string guardas = SALCOMUN_SelectTodas("ingrd", SALCOFDM_IntervalosGuarda, strJSCambioTodasCOFDM);
-        const std::string fecs = SALCOMUN_SelectTodas("fecsal", SALCOFDM_FECs, strJSCambioTodasCOFDM);
-        const std::string salidas =
-            SALCOMUN_SelectTodas("outout", SALQAM_TiposSalidaTodas, strJSCambioSalidaTodasCOFDM);
-        SALCOFDMINT_Imprime(UTILS_Formatea(htmlultimalineaSalidaCOFDM, fila, tablas.c_str(), pasos.c_str(),
-                                           modos.c_str(), anchos.c_str(), guardas.c_str(), fecs.c_str(),
-                                           salidas.c_str()));
-        SALCOFDMINT_Imprime(htmlfintabla);
-        return 0;
-    }
-    case 3:
-        return SALCOFDMINT_PintaLineaSalida(documento, esMaster, 1, canales, modelo, sufijo);
-    default:
-        return 0;
-    }
+    return SALCOMUN_Fases(
+        modo, modelo, htmlinfosalidainicioCOFDM,
+        [&](bool configTotal) {
+            return SALCOFDMINT_PintaLineaSalida(documento, esMaster, configTotal, canales, modelo, sufijo);
+        },
+        [&] {
+            const std::string tablas =
+                SALCOMUN_SelectTodasOpciones("outtab", SALCOFDMINT_OpcionesPlan(), strJSCambioTodas);
+            const std::string pasos =
+                SALCOMUN_SelectTodasOpciones("frecstep", SALCOFDMINT_OpcionesPaso(false), strJSCambioTodas);
+            const std::string modos =
+                SALCOMUN_SelectTodasOpciones("outmod", SALCOFDMINT_OpcionesModo(), strJSCambioTodas);
+            const std::string anchos = SALCOMUN_SelectTodas("bwsal", SALCOFDM_AnchosBanda, strJSCambioTodas);
+            const std::string guardas = SALCOMUN_SelectTodas("ingrd", SALCOFDM_IntervalosGuarda, strJSCambioTodas);
+            const std::string fecs = SALCOMUN_SelectTodas("fecsal", SALCOFDM_FECs, strJSCambioTodas);
+            const std::string salidas =
+                SALCOMUN_SelectTodas("outout", SALCOMUN_TiposSalidaTodas, strJSCambioSalidaTodas);
+            return UTILS_Formatea(htmlultimalineaSalidaCOFDM, fila, tablas.c_str(), pasos.c_str(),
+                                               modos.c_str(), anchos.c_str(), guardas.c_str(), fecs.c_str(),
+                                               salidas.c_str());
+        });
 }

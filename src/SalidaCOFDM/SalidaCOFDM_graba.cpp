@@ -1,5 +1,5 @@
 // SalidaCOFDM_graba.cpp: the saves of the COFDM transport and output pages for one unit.
-#include "SalidaCOFDM/SalidaCOFDM.h"
+#include "SalidaCOFDM/SalidaCOFDM_int.h"
 
 #include "utilsXML/utilsXML.h"
 
@@ -66,21 +66,21 @@ constexpr SALCOMUN_ListaLineas SALCOFDMINT_ListasTransporte[] = {
 int SALCOFDM_GrabaSalida(xmlDocPtr documento, char *formulario)
 {
     if (formulario == nullptr)
-        return 4;
+        return SALCOMUN_SinTexto;
     const SALCOMUN_Valores valores(formulario, SALCOFDMINT_ClavesSalida);
     if (valores.FaltaRequerida() || SALCOMUN_NumCanales(valores["numcanales"]) == 0)
-        return 7;
+        return SALCOMUN_DatosInvalidos;
     return SALCOMUN_GrabaCampos(documento, valores, SALCOFDMINT_EscriturasSalida);
 }
 
 int SALCOFDM_GrabaTransporte(xmlDocPtr documento, char *formulario)
 {
     if (formulario == nullptr)
-        return 4;
+        return SALCOMUN_SinTexto;
     const SALCOMUN_Valores valores(formulario, SALCOFDMINT_ClavesTransporte);
     const int numcanales = SALCOMUN_NumCanales(valores["numcanales"]);
     if (valores.FaltaRequerida() || numcanales == 0)
-        return 7;
+        return SALCOMUN_DatosInvalidos;
 
     int resultado = SALCOMUN_GrabaCampos(documento, valores, SALCOFDMINT_EscriturasTransporte);
     SALCOMUN_LineasIP lineasIP;

@@ -1,126 +1,168 @@
-// SalidaCOFDM_int.h: the HTML templates of the COFDM pages, printf formats filled through
-// UTILS_Formatea ("%%" prints one '%'). Cells arrive composed and escaped.
+// SalidaCOFDM_int.h: what only the COFDM module itself uses: its row painters, the option
+// tables and rules of its pages, and its HTML templates (printf formats filled through
+// UTILS_Formatea, "%%" prints one '%'; cells arrive composed and escaped). The browser's
+// copy of the option tables is generated from here (tools/genera_tablas).
 #pragma once
 
-// A header cell that sorts the table by column `indice` (`tipo` 1 on status pages, 0 on
-// configuration pages) through the page script's Ordenatabla.
-#define SALCOFDMINT_ORDENABLE(indice, tipo, texto)                                                           \
-    "<a class='linkTabla' href=# onclick='Ordenatabla(" #indice "," #tipo ");'>" texto                       \
-    "&nbsp;<img src='/imagenes/Flecha.png' border='0' style='vertical-align:-10%%'></a>"
+#include "SalidaCOFDM/SalidaCOFDM.h"
 
-#define SALCOFDMINT_ABRETABLA "<table id='tabadatos' border=\"1\"><tbody><tr>"
-#define SALCOFDMINT_TH(texto) "<th class='cabeceraTabla'>" texto "</th>"
-#define SALCOFDMINT_TH_ORDEN(tipo)                                                                            \
-    "<th class='cabeceraTabla' style='width:3%%;'>" SALCOFDMINT_ORDENABLE(0, tipo, "#") "</th>"               \
-    "<th class='cabeceraTabla' style='width:10%%;'>" SALCOFDMINT_ORDENABLE(1, tipo, "Model") "</th>"
-// The quick-status row has no emergency-alert LED; the advanced page's block shows all eight.
-#define SALCOFDMINT_TH_LEDS_SIN_EAS                                                                           \
-    SALCOFDMINT_TH("Temp") SALCOFDMINT_TH("CH1") SALCOFDMINT_TH("CH2") SALCOFDMINT_TH("CH3")                  \
-    SALCOFDMINT_TH("CH4") SALCOFDMINT_TH("OUT") SALCOFDMINT_TH("RF Loop")
-#define SALCOFDMINT_TH_LEDS                                                                                   \
-    SALCOFDMINT_TH("Temp") SALCOFDMINT_TH("EAS") SALCOFDMINT_TH("CH1") SALCOFDMINT_TH("CH2")                  \
-    SALCOFDMINT_TH("CH3") SALCOFDMINT_TH("CH4") SALCOFDMINT_TH("OUT") SALCOFDMINT_TH("RF Loop")
+// ---------------------------------------------------------------------------
+// Row painters (called by the entries; 0 always)
+// ---------------------------------------------------------------------------
+
+// A status row of the unit's status document (detailed 0 quick, without the EAS LED; 1
+// detailed), or with configTotal the advanced page's "Unit Status:" block.
+int SALCOFDMINT_PintaLineaSondeo(xmlDocPtr status, int esMaster, int configTotal, int detallado, uint8_t canales,
+                                 const char *modelo, const char *sufijo);
+// A transport row of the unit's configuration document, or with configTotal the advanced
+// page's "Transport Configuration:" block. Bit 0 of `opciones`: the model has IP inputs.
+int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales, int opciones,
+                                     const char *modelo, const char *sufijo);
+// An output row, or with configTotal the advanced page's "Output Configuration:" block.
+int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales,
+                                 const char *modelo, const char *sufijo);
+
+// ---------------------------------------------------------------------------
+// Option tables of the COFDM pages
+// ---------------------------------------------------------------------------
+
+// The family index carried by the rows' hidden "tipounidad".
+inline constexpr int SALCOFDM_TipoUnidad = 1;
+
+// Channel plans offered in "outtab": 0 "FREQUENCY" .. 10 "Australia".
+inline constexpr int SALCOFDM_PlanesOfrecidos = 11;
+
+// "outchn" with plan 0: the whole megahertz typed in.
+inline constexpr int SALCOFDM_FrecuenciaMinima = 46;
+inline constexpr int SALCOFDM_FrecuenciaMaxima = 862;
+
+// "frecstep" with a channel plan: the step is fixed, carried hidden with this value.
+inline constexpr char SALCOFDM_PasoConPlan[] = "2";
+// Frequency steps offered with plan 0: positions 0..11 of FrecuencyStepCOFDM in OFDM modes
+// ("143 kHz" never), only these four in QAM modes.
+inline constexpr int SALCOFDM_UltimoPasoOFDM = 11;
+inline constexpr int SALCOFDM_PasosQAM[] = {0, 3, 6, 9};
+// In QAM modes a stored step from this position on selects position 0.
+inline constexpr int SALCOFDM_PrimerPasoFueraQAM = 10;
+
+// Stored mode values: 0..2 OFDM, 12..16 cable QAM; any other value is painted as 0.
+inline constexpr int SALCOFDM_ModoDefecto = 0;
+inline constexpr int SALCOFDM_UltimoModoOFDM = 2;
+inline constexpr int SALCOFDM_PrimerModoQAM = 12;
+inline constexpr int SALCOFDM_UltimoModoQAM = 16;
+
+// "bwsal", "ingrd", "fecsal": the OFDM signal's bandwidth, guard interval and code rate.
+inline constexpr SALCOMUN_Opcion SALCOFDM_AnchosBanda[] = {
+    {"0", "8 MHz"},
+    {"1", "7 MHz"},
+    {"2", "6 MHz"},
+};
+inline constexpr SALCOMUN_Opcion SALCOFDM_IntervalosGuarda[] = {
+    {"0", "1/32"},
+    {"1", "1/16"},
+    {"2", "1/8"},
+    {"3", "1/4"},
+};
+inline constexpr SALCOMUN_Opcion SALCOFDM_FECs[] = {
+    {"0", "1/2"}, {"1", "2/3"}, {"2", "3/4"}, {"3", "5/6"}, {"4", "7/8"},
+};
+
+// "mlcn": how the logical channel numbers are signalled in the NIT.
+inline constexpr SALCOMUN_Opcion SALCOFDM_TiposLCN[] = {
+    {"0", "Generic"},
+    {"1", "UK"},
+    {"2", "NOR V1"},
+    {"3", "NOR V2"},
+};
+inline constexpr char SALCOFDM_TipoLCNDefecto[] = "0";
+
+// "nitvs", "sdtvs": table versions 0..31, or 32 "Auto" (the unit counts them itself).
+inline constexpr int SALCOFDM_UltimaVersion = 31;
+inline constexpr SALCOMUN_Opcion SALCOFDM_VersionAuto = {"32", "Auto"};
+
+// ---------------------------------------------------------------------------
+// Page templates
+// ---------------------------------------------------------------------------
+
 // The DVB columns of the transport page, from "TS ID" to "Audio PID"; the column after
 // "LCN type" has no title.
 #define SALCOFDMINT_TH_TRANSPORTE                                                                             \
-    SALCOFDMINT_TH("TS ID") SALCOFDMINT_TH("NET. ID") SALCOFDMINT_TH("NETWORK NAME")                          \
-    SALCOFDMINT_TH("OR. NET. ID") SALCOFDMINT_TH("NIT VS.") SALCOFDMINT_TH("SDT VS.")                         \
-    SALCOFDMINT_TH("LCN type") SALCOFDMINT_TH("") SALCOFDMINT_TH("LCN") SALCOFDMINT_TH("IN Name")             \
-    SALCOFDMINT_TH("IN SID") SALCOFDMINT_TH("OUT Name") SALCOFDMINT_TH("OUT SID")                             \
-    SALCOFDMINT_TH("Video PID") SALCOFDMINT_TH("Audio PID")
+    SALCOMUN_TH("TS ID") SALCOMUN_TH("NET. ID") SALCOMUN_TH("NETWORK NAME")                          \
+    SALCOMUN_TH("OR. NET. ID") SALCOMUN_TH("NIT VS.") SALCOMUN_TH("SDT VS.")                         \
+    SALCOMUN_TH("LCN type") SALCOMUN_TH("") SALCOMUN_TH("LCN") SALCOMUN_TH("IN Name")             \
+    SALCOMUN_TH("IN SID") SALCOMUN_TH("OUT Name") SALCOMUN_TH("OUT SID")                             \
+    SALCOMUN_TH("Video PID") SALCOMUN_TH("Audio PID")
 #define SALCOFDMINT_TH_SALIDA                                                                                 \
-    SALCOFDMINT_TH("Table") SALCOFDMINT_TH("Channel") SALCOFDMINT_TH("Freq. Adj.") SALCOFDMINT_TH("Level")    \
-    SALCOFDMINT_TH("Mode") SALCOFDMINT_TH("BW") SALCOFDMINT_TH("Guard Interval") SALCOFDMINT_TH("FEC")        \
-    SALCOFDMINT_TH("CELL ID") SALCOFDMINT_TH("Baudrate") SALCOFDMINT_TH("Output") SALCOFDMINT_TH("RF Loop")
-#define SALCOFDMINT_ABRECONFIGTOTAL(titulo)                                                                   \
-    "<table class='tablaconfigtotal' border=\"1\"><caption class='captionconfigtotal'>" titulo                \
-    "</caption><tbody><tr>"
-#define SALCOFDMINT_TD "<td>%s</td>"
-#define SALCOFDMINT_TD_FUERTE "<td><strong>%s</strong></td>"
-#define SALCOFDMINT_TD3 SALCOFDMINT_TD SALCOFDMINT_TD SALCOFDMINT_TD
-#define SALCOFDMINT_TD6 SALCOFDMINT_TD3 SALCOFDMINT_TD3
-// The select cell of a configuration row: "forzarconfig" (name, id, checked marker), then
-// the row's hidden fields.
-#define SALCOFDMINT_TD_SELECCION "<td><input name=\"%s\" id=\"%s\" type=\"checkbox\" %s >%s</td>"
-#define SALCOFDMINT_TD_ULTIMA_ROTULO                                                                          \
-    "<tr><td class='ultimalinea' colspan='2' style='align:left;text-align:left;' >&nbsp;"                     \
-    "<b>Set Configuration for all Units (%d):</b></td>"
-#define SALCOFDMINT_TD_ULTIMA "<td class='ultimalinea'>%s</td>"
-#define SALCOFDMINT_TD_ULTIMA_VACIA(columnas) "<td class='ultimalinea' colspan='" #columnas "'>&nbsp;</td>"
-#define SALCOFDMINT_TD_AUTO(campo, funcion)                                                                   \
-    "<td class='ultimalinea'><button name=\"auto" campo "_all\" id=\"auto" campo "_all\" "                    \
-    "onclick=\"" funcion "\" type=\"button\">Auto</button></td>"
-#define SALCOFDMINT_TD_FORZARCONF                                                                             \
-    "<td class='ultimalinea'><input name=\"forzarconf\" id=\"forzarconf\" type=\"checkbox\" "                 \
-    "onclick=\"SeleccionarChecboxconCheckbox(this,'forzarconfig','0');\"></td></tr>"
+    SALCOMUN_TH("Table") SALCOMUN_TH("Channel") SALCOMUN_TH("Freq. Adj.") SALCOMUN_TH("Level")    \
+    SALCOMUN_TH("Mode") SALCOMUN_TH("BW") SALCOMUN_TH("Guard Interval") SALCOMUN_TH("FEC")        \
+    SALCOMUN_TH("CELL ID") SALCOMUN_TH("Baudrate") SALCOMUN_TH("Output") SALCOMUN_TH("RF Loop")
 
 // --- Quick status -----------------------------------------------------------
 inline constexpr char htmlsondeorapidoCabeceraCOFDM[] =
-    SALCOFDMINT_ABRETABLA SALCOFDMINT_TH_ORDEN(1) SALCOFDMINT_TH_LEDS_SIN_EAS SALCOFDMINT_TH("Output Table")
-        SALCOFDMINT_TH("Output Channel") SALCOFDMINT_TH("IP") SALCOFDMINT_TH("Watermarking ID")
-            SALCOFDMINT_TH("STATUS") "</tr>";
+    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(1) SALCOMUN_TH_LEDS_SIN_EAS SALCOMUN_TH("Output Table")
+        SALCOMUN_TH("Output Channel") SALCOMUN_TH("IP") SALCOMUN_TH("Watermarking ID")
+            SALCOMUN_TH("STATUS") "</tr>";
 // order, model, Temp, CH1..CH4, OUT, RF Loop, table, channel, IP, watermarking, status
 inline constexpr char htmlsondeorapidoCOFDM[] =
-    "<tr>" SALCOFDMINT_TD6 SALCOFDMINT_TD3 SALCOFDMINT_TD SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE
-        SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE "</tr>";
+    "<tr>" SALCOMUN_TD6 SALCOMUN_TD3 SALCOMUN_TD SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE
+        SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr>";
 
 // --- Detailed status --------------------------------------------------------
 inline constexpr char htmlsondeoDetaladoCabeceraCOFDM[] =
-    SALCOFDMINT_ABRETABLA SALCOFDMINT_TH_ORDEN(1) "<th class='cabeceraTabla'>" SALCOFDMINT_ORDENABLE(2, 1, "ID") "</th>"
-        SALCOFDMINT_TH("Serial Number") SALCOFDMINT_TH("Temp") SALCOFDMINT_TH("Resolution/Framerate")
-            SALCOFDMINT_TH("Version Info") SALCOFDMINT_TH("Upgrade Options") "</tr>";
+    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(1) "<th class='cabeceraTabla'>" SALCOMUN_ORDENABLE(2, 1, "ID") "</th>"
+        SALCOMUN_TH("Serial Number") SALCOMUN_TH("Temp") SALCOMUN_TH("Resolution/Framerate")
+            SALCOMUN_TH("Version Info") SALCOMUN_TH("Upgrade Options") "</tr>";
 // order, model, ID, serial number, temperature, resolution/frame rate, versions, options
 inline constexpr char htmlsondeoDetaladoCOFDM[] =
-    "<tr>" SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE
-        SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE "</tr>";
+    "<tr>" SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE
+        SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr>";
 
 // Advanced page: the eight LEDs, resolution/frame rate and versions.
 inline constexpr char htmlConfigTotalUnitStatusCOFDM[] =
-    SALCOFDMINT_ABRECONFIGTOTAL("Unit Status:") SALCOFDMINT_TH_LEDS SALCOFDMINT_TH("Resolution/Framerate")
-        SALCOFDMINT_TH("Version Info") "</tr><tr>" SALCOFDMINT_TD6 SALCOFDMINT_TD SALCOFDMINT_TD
-            SALCOFDMINT_TD_FUERTE SALCOFDMINT_TD_FUERTE "</tr></tbody></table><br><br>";
+    SALCOMUN_ABRECONFIGTOTAL("Unit Status:") SALCOMUN_TH_LEDS SALCOMUN_TH("Resolution/Framerate")
+        SALCOMUN_TH("Version Info") "</tr><tr>" SALCOMUN_TD6 SALCOMUN_TD SALCOMUN_TD
+            SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr></tbody></table><br><br>";
 
 // --- Transport --------------------------------------------------------------
 inline constexpr char htmlinfotransporteinicioCOFDM[] =
-    SALCOFDMINT_ABRETABLA SALCOFDMINT_TH_ORDEN(0) SALCOFDMINT_TH_TRANSPORTE SALCOFDMINT_TH("Select") "</tr>";
+    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(0) SALCOFDMINT_TH_TRANSPORTE SALCOMUN_TH("Select") "</tr>";
 // order, model, the fifteen DVB columns, forzarconfig name and id, its checked marker, hidden
 // fields
 inline constexpr char htmlinfotransporteCOFDM[] =
-    "<tr>" SALCOFDMINT_TD SALCOFDMINT_TD SALCOFDMINT_TD6 SALCOFDMINT_TD6 SALCOFDMINT_TD3 SALCOFDMINT_TD_SELECCION
+    "<tr>" SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD6 SALCOMUN_TD6 SALCOMUN_TD3 SALCOMUN_TD_SELECCION
     "</tr>";
 // unit count, "nitvs_all", "sdtvs_all"
 inline constexpr char htmlultimalineaTransporteCOFDM[] =
-    SALCOFDMINT_TD_ULTIMA_ROTULO SALCOFDMINT_TD_AUTO("tsid", "NumeraCampo('tsid',1,1,0);")
-        SALCOFDMINT_TD_AUTO("ntid", "NumeraCampo('ntid',1,1,0);") SALCOFDMINT_TD_ULTIMA_VACIA(1)
-            SALCOFDMINT_TD_AUTO("onid", "NumeraCampo('onid',1,1,0);") SALCOFDMINT_TD_ULTIMA SALCOFDMINT_TD_ULTIMA
-                SALCOFDMINT_TD_ULTIMA_VACIA(6) SALCOFDMINT_TD_AUTO("svcid", "NumeraCampo('svcid',1,1,1);")
-                    SALCOFDMINT_TD_ULTIMA_VACIA(2) SALCOFDMINT_TD_FORZARCONF;
+    SALCOMUN_TD_ULTIMA_ROTULO SALCOMUN_TD_AUTO("tsid", "NumeraCampo('tsid',1,1,0);")
+        SALCOMUN_TD_AUTO("ntid", "NumeraCampo('ntid',1,1,0);") SALCOMUN_TD_ULTIMA_VACIA(1)
+            SALCOMUN_TD_AUTO("onid", "NumeraCampo('onid',1,1,0);") SALCOMUN_TD_ULTIMA SALCOMUN_TD_ULTIMA
+                SALCOMUN_TD_ULTIMA_VACIA(6) SALCOMUN_TD_AUTO("svcid", "NumeraCampo('svcid',1,1,1);")
+                    SALCOMUN_TD_ULTIMA_VACIA(2) SALCOMUN_TD_FORZARCONF;
 // the fifteen DVB columns
 inline constexpr char htmlConfigTotalTransportConfigCOFDM[] =
-    SALCOFDMINT_ABRECONFIGTOTAL("Transport Configuration:") SALCOFDMINT_TH_TRANSPORTE "</tr><tr>" SALCOFDMINT_TD6
-        SALCOFDMINT_TD6 SALCOFDMINT_TD3 "</tr></tbody></table>";
+    SALCOMUN_ABRECONFIGTOTAL("Transport Configuration:") SALCOFDMINT_TH_TRANSPORTE "</tr><tr>" SALCOMUN_TD6
+        SALCOMUN_TD6 SALCOMUN_TD3 "</tr></tbody></table>";
 
 // --- Output -----------------------------------------------------------------
 inline constexpr char htmlinfosalidainicioCOFDM[] =
-    SALCOFDMINT_ABRETABLA SALCOFDMINT_TH_ORDEN(0) SALCOFDMINT_TH_SALIDA SALCOFDMINT_TH("Select") "</tr>";
+    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(0) SALCOFDMINT_TH_SALIDA SALCOMUN_TH("Select") "</tr>";
 // order, model, Table, Channel, Freq. Adj., Level, Mode, BW, Guard Interval, FEC, CELL ID,
 // Baudrate, Output, RF Loop, forzarconfig name and id, marker, hidden fields
 inline constexpr char htmlinfosalidaCOFDM[] =
-    "<tr>" SALCOFDMINT_TD SALCOFDMINT_TD SALCOFDMINT_TD6 SALCOFDMINT_TD6 SALCOFDMINT_TD_SELECCION "</tr>";
+    "<tr>" SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD6 SALCOMUN_TD6 SALCOMUN_TD_SELECCION "</tr>";
 // unit count, "outtab_all", "frecstep_all", "outmod_all", "bwsal_all", "ingrd_all",
 // "fecsal_all", "outout_all"
 inline constexpr char htmlultimalineaSalidaCOFDM[] =
-    SALCOFDMINT_TD_ULTIMA_ROTULO SALCOFDMINT_TD_ULTIMA
-    "<td class='ultimalinea'><div id=\"tablaselect_all\"></div></td>" SALCOFDMINT_TD_ULTIMA
-        SALCOFDMINT_TD_ULTIMA_VACIA(1) SALCOFDMINT_TD_ULTIMA SALCOFDMINT_TD_ULTIMA SALCOFDMINT_TD_ULTIMA
-            SALCOFDMINT_TD_ULTIMA SALCOFDMINT_TD_ULTIMA_VACIA(2) SALCOFDMINT_TD_ULTIMA
-    "<td class='ultimalinea'><input name=\"outrfl_all\" id=\"outrfl_all\" type=\"checkbox\"  checked=\"yes\" "
-    "onclick=\"SeleccionarChecboxconCheckbox(this,'outrfl','0');\"></td>" SALCOFDMINT_TD_FORZARCONF;
+    SALCOMUN_TD_ULTIMA_ROTULO SALCOMUN_TD_ULTIMA
+    "<td class='ultimalinea'><div id=\"tablaselect_all\"></div></td>" SALCOMUN_TD_ULTIMA
+        SALCOMUN_TD_ULTIMA_VACIA(1) SALCOMUN_TD_ULTIMA SALCOMUN_TD_ULTIMA SALCOMUN_TD_ULTIMA
+            SALCOMUN_TD_ULTIMA SALCOMUN_TD_ULTIMA_VACIA(2) SALCOMUN_TD_ULTIMA
+        SALCOMUN_TD_BUCLE_TODAS SALCOMUN_TD_FORZARCONF;
 // Table, Channel, Freq. Adj., Level, Mode, BW, Guard Interval, FEC, CELL ID, Baudrate,
 // Output, RF Loop
 inline constexpr char htmlConfigTotalOutputConfigCOFDM[] =
-    SALCOFDMINT_ABRECONFIGTOTAL("Output Configuration:") SALCOFDMINT_TH_SALIDA "</tr><tr>" SALCOFDMINT_TD6
-        SALCOFDMINT_TD6 "</tr></tbody></table>";
+    SALCOMUN_ABRECONFIGTOTAL("Output Configuration:") SALCOFDMINT_TH_SALIDA "</tr><tr>" SALCOMUN_TD6
+        SALCOMUN_TD6 "</tr></tbody></table>";
 
 // --- Fragments of the rows --------------------------------------------------
 // The read-only "0x" before a field edited as four hexadecimal digits.
@@ -129,6 +171,3 @@ inline constexpr char htmlcaptioncerox[] =
 // A field the unit's mode does not use: its value carried hidden, and "n/a" shown.
 inline constexpr char htmlnoaplicablemodo[] = "%sn/a";
 
-// Events of the all-units selects.
-inline constexpr char strJSCambioTodasCOFDM[] = "onclick='CambioVideocodecAll(this,\"1\");'";
-inline constexpr char strJSCambioSalidaTodasCOFDM[] = "onclick='CambioOUTModeQAMAll(this,\"0\");'";

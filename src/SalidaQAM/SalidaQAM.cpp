@@ -13,12 +13,12 @@
 #include <type_traits>
 
 // The entries and saves fill the QAM slots of the dispatch tables.
-static_assert(std::is_same_v<decltype(&SALQAM_SondeoRapido), CIP_FuncionPagina>);
-static_assert(std::is_same_v<decltype(&SALQAM_SondeoDetallado), CIP_FuncionPagina>);
-static_assert(std::is_same_v<decltype(&SALQAM_GeneraTransporte), CIP_FuncionPagina>);
-static_assert(std::is_same_v<decltype(&SALQAM_GeneraSalida), CIP_FuncionPagina>);
-static_assert(std::is_same_v<decltype(&SALQAM_GrabaTransporte), CIP_FuncionGrabar>);
-static_assert(std::is_same_v<decltype(&SALQAM_GrabaSalida), CIP_FuncionGrabar>);
+static_assert(std::is_same_v<decltype(&SALQAM_SondeoRapido), SALCOMUN_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALQAM_SondeoDetallado), SALCOMUN_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALQAM_GeneraTransporte), SALCOMUN_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALQAM_GeneraSalida), SALCOMUN_FuncionPagina>);
+static_assert(std::is_same_v<decltype(&SALQAM_GrabaTransporte), SALCOMUN_FuncionGrabar>);
+static_assert(std::is_same_v<decltype(&SALQAM_GrabaSalida), SALCOMUN_FuncionGrabar>);
 
 namespace {
 
@@ -31,11 +31,6 @@ constexpr SALCOMUN_MedidasLinea SALQAMINT_Medidas = {7, 5, 4};
 // The mode the unit's QAM modulator reads when its value is missing.
 constexpr char SALQAMINT_ModoDefecto[] = "0";
 constexpr char SALQAMINT_InterleavingDefecto[] = "0";
-
-void SALQAMINT_Imprime(const std::string &html)
-{
-    std::fwrite(html.data(), 1, html.size(), stdout);
-}
 
 // Annex A modes ("16A".."1024A") begin with "2" or above; Annex B ("256B", "64B") with 0 or 1.
 bool SALQAMINT_EsAnexoA(std::string_view modo)
@@ -157,17 +152,17 @@ int SALQAMINT_PintaLineaSondeo(xmlDocPtr status, int esMaster, int configTotal, 
     const SALCOMUN_Estado estado = SALCOMUN_LeeEstado(status, esMaster != 0, canales, modelo != nullptr ? modelo : "");
     const auto &leds = estado.leds;
     if (configTotal != 0) {
-        SALQAMINT_Imprime(UTILS_Formatea(htmlConfigTotalUnitStatusQAM, leds[0].c_str(), leds[1].c_str(),
+        UTILS_Imprime(UTILS_Formatea(htmlConfigTotalUnitStatusQAM, leds[0].c_str(), leds[1].c_str(),
                                          leds[2].c_str(), leds[3].c_str(), leds[4].c_str(), leds[5].c_str(),
                                          leds[6].c_str(), leds[7].c_str(), estado.resolucion.c_str(),
                                          estado.versiones.c_str()));
     } else if (detallado != 0) {
-        SALQAMINT_Imprime(UTILS_Formatea(htmlsondeoDetaladoQAM, estado.orden.c_str(), estado.modelo.c_str(),
+        UTILS_Imprime(UTILS_Formatea(htmlsondeoDetaladoQAM, estado.orden.c_str(), estado.modelo.c_str(),
                                          estado.id.c_str(), estado.numSerie.c_str(), estado.temperatura.c_str(),
                                          estado.resolucion.c_str(), estado.versiones.c_str(),
                                          estado.opciones.c_str()));
     } else {
-        SALQAMINT_Imprime(UTILS_Formatea(htmlsondeorapidoQAM, estado.orden.c_str(), estado.modelo.c_str(),
+        UTILS_Imprime(UTILS_Formatea(htmlsondeorapidoQAM, estado.orden.c_str(), estado.modelo.c_str(),
                                          leds[0].c_str(), leds[1].c_str(), leds[2].c_str(), leds[3].c_str(),
                                          leds[4].c_str(), leds[5].c_str(), leds[6].c_str(), leds[7].c_str(),
                                          estado.tabla.c_str(), estado.canal.c_str(), estado.salidaIP.c_str(),
@@ -220,7 +215,7 @@ int SALQAMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTot
         // The advanced page carries "numcanales", "tipounidad" and "haysalidaip" itself; the
         // line count goes with the lines so that their IP services can be stored.
         columnas[COL_SIDSALIDA].html += SALCOMUN_Oculto(fila, "ntotserv", totalLineas);
-        SALQAMINT_Imprime(UTILS_Formatea(
+        UTILS_Imprime(UTILS_Formatea(
             htmlConfigTotalTransportConfigQAM, columnas[0].html.c_str(), columnas[1].html.c_str(),
             columnas[2].html.c_str(), columnas[3].html.c_str(), columnas[4].html.c_str(), columnas[5].html.c_str(),
             columnas[6].html.c_str(), columnas[7].html.c_str(), columnas[8].html.c_str(), columnas[9].html.c_str()));
@@ -232,7 +227,7 @@ int SALQAMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTot
                                 SALCOMUN_Oculto(fila, "ntotserv", totalLineas);
     const SALCOMUN_CeldasUnidad unidad = SALCOMUN_CeldasConfig(fila, modelo);
     const std::string forzar = fila.Nombre("forzarconfig");
-    SALQAMINT_Imprime(UTILS_Formatea(
+    UTILS_Imprime(UTILS_Formatea(
         htmlinfotransporteQAM, unidad.orden.c_str(), unidad.modelo.c_str(), columnas[0].html.c_str(), columnas[1].html.c_str(),
         columnas[2].html.c_str(), columnas[3].html.c_str(), columnas[4].html.c_str(), columnas[5].html.c_str(),
         columnas[6].html.c_str(), columnas[7].html.c_str(), columnas[8].html.c_str(), columnas[9].html.c_str(),
@@ -269,7 +264,7 @@ int SALQAMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, 
         fila.Anterior(nombreBaudios, valorBaudios);
 
     const std::string celdaSalida = SALCOMUN_CampoSelect(
-        fila, fila.Nombre("outout"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALQAM_TiposSalida),
+        fila, fila.Nombre("outout"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALCOMUN_TiposSalida),
         SALCOMUN_Lee(UTILSXML_LeeSALQAMTipoSalida, config, TAM_TEXTO));
     // The interleaver is an Annex B setting.
     const std::string celdaInterleaving = SALCOMUN_CampoSelect(
@@ -283,7 +278,7 @@ int SALQAMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, 
                                    fila.Anterior(nombreBucle, bucle ? "1" : "0");
 
     if (fila.configTotal) {
-        SALQAMINT_Imprime(UTILS_Formatea(htmlConfigTotalOutputConfigQAM, celdaTabla.c_str(), celdaCanal.c_str(),
+        UTILS_Imprime(UTILS_Formatea(htmlConfigTotalOutputConfigQAM, celdaTabla.c_str(), celdaCanal.c_str(),
                                          celdaNivel.c_str(), celdaModo.c_str(), celdaInterleaving.c_str(),
                                          celdaBaudios.c_str(), celdaSalida.c_str(), celdaBucle.c_str()));
         return 0;
@@ -294,7 +289,7 @@ int SALQAMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, 
         SALCOMUN_Oculto(fila, "bitratetotal", UTILS_Formatea("%lu", SALCOMUN_BitrateTotal(config, canales)));
     const SALCOMUN_CeldasUnidad unidad = SALCOMUN_CeldasConfig(fila, modelo);
     const std::string forzar = fila.Nombre("forzarconfig");
-    SALQAMINT_Imprime(UTILS_Formatea(htmlinfosalidaQAM, unidad.orden.c_str(), unidad.modelo.c_str(), celdaTabla.c_str(),
+    UTILS_Imprime(UTILS_Formatea(htmlinfosalidaQAM, unidad.orden.c_str(), unidad.modelo.c_str(), celdaTabla.c_str(),
                                      celdaCanal.c_str(), celdaNivel.c_str(), celdaModo.c_str(),
                                      celdaInterleaving.c_str(), celdaBaudios.c_str(), celdaSalida.c_str(),
                                      celdaBucle.c_str(), forzar.c_str(), forzar.c_str(), SALCOMUN_MarcaForzar(config),
@@ -309,93 +304,48 @@ int SALQAMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, 
 int SALQAM_SondeoRapido(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                         const char *modelo, int, const char *sufijo, int, int)
 {
-    switch (modo) {
-    case 0:
-        SALQAMINT_Imprime(UTILS_Formatea(htmlsondeorapidoCabeceraQAM));
-        return 0;
-    case 1:
-        if (modelo == nullptr)
-            return 4;
-        return SALQAMINT_PintaLineaSondeo(documento, esMaster, 0, 0, canales, modelo, sufijo);
-    case 2:  // no values for all units on a status page
-        SALQAMINT_Imprime(htmlfintabla);
-        return 0;
-    case 3:
-        return SALQAMINT_PintaLineaSondeo(documento, esMaster, 1, 0, canales, modelo, sufijo);
-    default:
-        return 0;
-    }
+    return SALCOMUN_Fases(modo, modelo, htmlsondeorapidoCabeceraQAM, [&](bool configTotal) {
+        return SALQAMINT_PintaLineaSondeo(documento, esMaster, configTotal, 0, canales, modelo, sufijo);
+    });
 }
 
 int SALQAM_SondeoDetallado(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                            const char *modelo, int, const char *sufijo, int, int)
 {
-    switch (modo) {
-    case 0:
-        SALQAMINT_Imprime(UTILS_Formatea(htmlsondeoDetaladoCabeceraQAM));
-        return 0;
-    case 1:
-        if (modelo == nullptr)
-            return 4;
-        return SALQAMINT_PintaLineaSondeo(documento, esMaster, 0, 1, canales, modelo, sufijo);
-    case 2:
-        SALQAMINT_Imprime(htmlfintabla);
-        return 0;
-    case 3:  // the advanced page's status block is the same for both status pages
-        return SALQAMINT_PintaLineaSondeo(documento, esMaster, 1, 0, canales, modelo, sufijo);
-    default:
-        return 0;
-    }
+    // The advanced page's status block is the same for both status pages.
+    return SALCOMUN_Fases(modo, modelo, htmlsondeoDetaladoCabeceraQAM, [&](bool configTotal) {
+        return SALQAMINT_PintaLineaSondeo(documento, esMaster, configTotal, configTotal ? 0 : 1, canales, modelo, sufijo);
+    });
 }
 
 int SALQAM_GeneraTransporte(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int opciones, int, int,
                             const char *modelo, int fila, const char *sufijo, int, int)
 {
-    switch (modo) {
-    case 0:
-        SALQAMINT_Imprime(UTILS_Formatea(htmlinfotransporteinicioQAM));
-        return 0;
-    case 1:
-        if (modelo == nullptr)
-            return 4;
-        return SALQAMINT_PintaLineaTransporte(documento, esMaster, 0, canales, opciones, modelo, sufijo);
-    case 2: {
-        const std::string tipos = SALCOMUN_SelectTodas("autochan", SALQAM_TiposTabla, strJSCambioTodasQAM);
-        SALQAMINT_Imprime(UTILS_Formatea(htmlultimalineaTransporteQAM, fila, tipos.c_str()));
-        SALQAMINT_Imprime(htmlfintabla);
-        return 0;
-    }
-    case 3:
-        return SALQAMINT_PintaLineaTransporte(documento, esMaster, 1, canales, opciones, modelo, sufijo);
-    default:
-        return 0;
-    }
+    return SALCOMUN_Fases(
+        modo, modelo, htmlinfotransporteinicioQAM,
+        [&](bool configTotal) {
+            return SALQAMINT_PintaLineaTransporte(documento, esMaster, configTotal, canales, opciones, modelo, sufijo);
+        },
+        [&] {
+            const std::string tipos = SALCOMUN_SelectTodas("autochan", SALQAM_TiposTabla, strJSCambioTodas);
+            return UTILS_Formatea(htmlultimalineaTransporteQAM, fila, tipos.c_str());
+        });
 }
 
 int SALQAM_GeneraSalida(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                         const char *modelo, int fila, const char *sufijo, int, int)
 {
-    switch (modo) {
-    case 0:
-        SALQAMINT_Imprime(UTILS_Formatea(htmlinfosalidainicioQAM));
-        return 0;
-    case 1:
-        if (modelo == nullptr)
-            return 4;
-        return SALQAMINT_PintaLineaSalida(documento, esMaster, 0, canales, modelo, sufijo);
-    case 2: {
-        const std::string tablas = SALCOMUN_SelectTodas("outtab", SALQAM_TablasCanales, strJSCambioTodasQAM);
-        const std::string modos = SALCOMUN_SelectTodas("outmod", SALQAM_ModosSalida, strJSCambioTodasQAM);
-        const std::string interleavings = SALCOMUN_SelectTodas("outint", SALQAM_Interleavings, strJSCambioTodasQAM);
-        const std::string salidas = SALCOMUN_SelectTodas("outout", SALQAM_TiposSalidaTodas, strJSCambioSalidaTodasQAM);
-        SALQAMINT_Imprime(UTILS_Formatea(htmlultimalineaSalidaQAM, fila, tablas.c_str(), modos.c_str(),
-                                         interleavings.c_str(), salidas.c_str()));
-        SALQAMINT_Imprime(htmlfintabla);
-        return 0;
-    }
-    case 3:
-        return SALQAMINT_PintaLineaSalida(documento, esMaster, 1, canales, modelo, sufijo);
-    default:
-        return 0;
-    }
+    return SALCOMUN_Fases(
+        modo, modelo, htmlinfosalidainicioQAM,
+        [&](bool configTotal) {
+            return SALQAMINT_PintaLineaSalida(documento, esMaster, configTotal, canales, modelo, sufijo);
+        },
+        [&] {
+            const std::string tablas = SALCOMUN_SelectTodas("outtab", SALQAM_TablasCanales, strJSCambioTodas);
+            const std::string modos = SALCOMUN_SelectTodas("outmod", SALQAM_ModosSalida, strJSCambioTodas);
+            const std::string interleavings = SALCOMUN_SelectTodas("outint", SALQAM_Interleavings, strJSCambioTodas);
+            const std::string salidas = SALCOMUN_SelectTodas("outout", SALCOMUN_TiposSalidaTodas, strJSCambioSalidaTodas);
+            return UTILS_Formatea(htmlultimalineaSalidaQAM, fila, tablas.c_str(), modos.c_str(),
+                                             interleavings.c_str(), salidas.c_str());
+        });
 }

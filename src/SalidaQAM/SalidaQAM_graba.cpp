@@ -1,5 +1,5 @@
 // SalidaQAM_graba.cpp: the saves of the QAM transport and output pages for one unit.
-#include "SalidaQAM/SalidaQAM.h"
+#include "SalidaQAM/SalidaQAM_int.h"
 
 #include "utilsXML/utilsXML.h"
 
@@ -55,21 +55,21 @@ constexpr SALCOMUN_ListaLineas SALQAMINT_ListasTransporte[] = {
 int SALQAM_GrabaSalida(xmlDocPtr documento, char *formulario)
 {
     if (formulario == nullptr)
-        return 4;
+        return SALCOMUN_SinTexto;
     const SALCOMUN_Valores valores(formulario, SALQAMINT_ClavesSalida);
     if (valores.FaltaRequerida() || SALCOMUN_NumCanales(valores["numcanales"]) == 0)
-        return 7;
+        return SALCOMUN_DatosInvalidos;
     return SALCOMUN_GrabaCampos(documento, valores, SALQAMINT_EscriturasSalida);
 }
 
 int SALQAM_GrabaTransporte(xmlDocPtr documento, char *formulario)
 {
     if (formulario == nullptr)
-        return 4;
+        return SALCOMUN_SinTexto;
     const SALCOMUN_Valores valores(formulario, SALQAMINT_ClavesTransporte);
     const int numcanales = SALCOMUN_NumCanales(valores["numcanales"]);
     if (valores.FaltaRequerida() || numcanales == 0)
-        return 7;
+        return SALCOMUN_DatosInvalidos;
 
     int resultado = SALCOMUN_GrabaCampos(documento, valores, SALQAMINT_EscriturasTransporte);
     // Values are stored as received: the one-part number shown for "CVCT 1" goes back to the

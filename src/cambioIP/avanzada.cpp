@@ -49,17 +49,17 @@ const CIP_SeccionGrabar CIP_SeccionesGrabar[] = {
 
 // The function of the unit's family in a table; none for the placeholder, the unknown
 // model or an empty slot.
-CIP_FuncionPagina CIPINT_FuncionSeccion(const CIP_TablaPagina &tabla, int familia)
+SALCOMUN_FuncionPagina CIPINT_FuncionSeccion(const CIP_TablaPagina &tabla, int familia)
 {
-    return familia >= 0 && familia < CIP_NumFamilias ? tabla.funciones[familia] : nullptr;
+    return familia >= 0 && familia < SALCOMUN_NumFamilias ? tabla.funciones[familia] : nullptr;
 }
-CIP_FuncionGrabar CIPINT_FuncionSeccion(const CIP_TablaGrabar &tabla, int familia)
+SALCOMUN_FuncionGrabar CIPINT_FuncionSeccion(const CIP_TablaGrabar &tabla, int familia)
 {
-    return familia >= 0 && familia < CIP_NumFamilias ? tabla.funciones[familia] : nullptr;
+    return familia >= 0 && familia < SALCOMUN_NumFamilias ? tabla.funciones[familia] : nullptr;
 }
 
 // Paints one section of the unit; a section that fails shows its error in its place.
-void CIPINT_PintaSeccion(CIP_FuncionPagina funcion, xmlDocPtr documento, int esMaster,
+void CIPINT_PintaSeccion(SALCOMUN_FuncionPagina funcion, xmlDocPtr documento, int esMaster,
                          const CIPINT_ModeloUnidad &modelo)
 {
     CIPINT_ErrorGraveWeb(funcion(CIP_FaseAvanzada, documento, esMaster, modelo.canales, modelo.opciones,
@@ -98,12 +98,12 @@ int CIP_MuestraTodalaCongif(char *formulario)
     const std::string ip = CIPINT_LeeEstado(UTILSXML_STATUS_LeeIP, status.get(), 300);
     const std::string cabecera =
         CIPINT_OcultosUnidad(sufijo, modelo) +
-        UTILS_Formatea(htmlConfigTotalCabecera, CTESHTML_Escapa(id).c_str(), CTESHTML_Escapa(orden).c_str(),
-                       CTESHTML_Escapa(modelo.texto).c_str(), CTESHTML_Escapa(serie).c_str(),
-                       CTESHTML_Escapa(mac).c_str(), CTESHTML_Escapa(ip).c_str());
+        UTILS_Formatea(htmlConfigTotalCabecera, UTILS_Escapa(id).c_str(), UTILS_Escapa(orden).c_str(),
+                       UTILS_Escapa(modelo.texto).c_str(), UTILS_Escapa(serie).c_str(),
+                       UTILS_Escapa(mac).c_str(), UTILS_Escapa(ip).c_str());
     std::fputs(cabecera.c_str(), stdout);
 
-    CIP_FuncionPagina sondeo = CIPINT_FuncionSeccion(CIP_FuncionesSondeoRapido, modelo.familia);
+    SALCOMUN_FuncionPagina sondeo = CIPINT_FuncionSeccion(CIP_FuncionesSondeoRapido, modelo.familia);
     if (sondeo == nullptr) {
         CIPINT_ErrorGraveWeb(2);
         return std::printf("%s", htmlConfigTotalFin);
@@ -116,7 +116,7 @@ int CIP_MuestraTodalaCongif(char *formulario)
         return std::printf("%s", htmlConfigTotalFin);
     }
     for (const CIP_TablaPagina *tabla : CIP_SeccionesPagina) {
-        CIP_FuncionPagina seccion = CIPINT_FuncionSeccion(*tabla, modelo.familia);
+        SALCOMUN_FuncionPagina seccion = CIPINT_FuncionSeccion(*tabla, modelo.familia);
         if (seccion == nullptr)
             break;
         CIPINT_PintaSeccion(seccion, config.get(), esMaster, modelo);
@@ -146,7 +146,7 @@ int CIP_GrabaInfoTotal(char *formulario)
         CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0, true);
     if (!documento) {
         CIPINT_ErrorGraveWeb(6);
-        return std::printf("Config stored (IP: %s, model %s)<br>\n", CTESHTML_Escapa(direccion).c_str(), "unknown");
+        return std::printf("Config stored (IP: %s, model %s)<br>\n", UTILS_Escapa(direccion).c_str(), "unknown");
     }
 
     CIPINT_ModeloUnidad modelo;
@@ -181,8 +181,8 @@ int CIP_GrabaInfoTotal(char *formulario)
     char leida[300 + 1] = {};
     if (UTILSXML_LeeIP(documento.get(), leida, sizeof leida - 1) != 0)
         std::strcpy(leida, "unknown");
-    const std::string direccionHtml = CTESHTML_Escapa(leida);
-    const std::string modeloHtml = CTESHTML_Escapa(modelo.texto);
+    const std::string direccionHtml = UTILS_Escapa(leida);
+    const std::string modeloHtml = UTILS_Escapa(modelo.texto);
     std::printf("Processing data for unit with ip %s, model %s<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
 
     const long numCanales = std::strtol(canales.c_str(), nullptr, 10);
@@ -192,7 +192,7 @@ int CIP_GrabaInfoTotal(char *formulario)
         for (const CIP_SeccionGrabar &seccion : CIP_SeccionesGrabar) {
             if (seccion.soloConIP && !modelo.TieneIP())
                 continue;
-            CIP_FuncionGrabar grabar = CIPINT_FuncionSeccion(*seccion.tabla, modelo.familia);
+            SALCOMUN_FuncionGrabar grabar = CIPINT_FuncionSeccion(*seccion.tabla, modelo.familia);
             // Every section cuts up its own copy of the record.
             std::string registro = formulario != nullptr ? formulario : "";
             const int resultado = grabar == nullptr ? 2 : grabar(documento.get(), registro.data());

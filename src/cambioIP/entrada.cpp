@@ -5,7 +5,7 @@
 
 #include "cambioIP/cambioIP.h"
 #include "cambioIP/paginas.h"
-#include "SalidaCOFDM/TablasCanales.h"
+#include "SalidaComun/TablasCanales.h"
 #include "cteshtml/cteshtml.h"
 #include "cteshtml/paginas_entrada.h"
 #include "proccgilib/proccgilib.h"
@@ -28,8 +28,8 @@ enum class CIP_Disposicion { Normal, EU, LAT };
 // Head and last row follow the master's family; 0 is the only default one.
 CIP_Disposicion CIPINT_DisposicionCabecera(int familia)
 {
-    return familia == CIP_FamiliaQAM ? CIP_Disposicion::Normal
-           : familia == CIP_FamiliaCOFDM ? CIP_Disposicion::EU
+    return familia == SALCOMUN_FamiliaQAM ? CIP_Disposicion::Normal
+           : familia == SALCOMUN_FamiliaCOFDM ? CIP_Disposicion::EU
                                          : CIP_Disposicion::LAT;
 }
 
@@ -38,9 +38,9 @@ CIP_Disposicion CIPINT_DisposicionCabecera(int familia)
 CIP_Disposicion CIPINT_DisposicionFila(int familia)
 {
     switch (familia) {
-    case CIP_FamiliaCOFDM: return CIP_Disposicion::EU;
-    case CIP_FamiliaISDBT:
-    case CIP_FamiliaCOFDMQAMB: return CIP_Disposicion::LAT;
+    case SALCOMUN_FamiliaCOFDM: return CIP_Disposicion::EU;
+    case SALCOMUN_FamiliaISDBT:
+    case SALCOMUN_FamiliaCOFDMQAMB: return CIP_Disposicion::LAT;
     default: return CIP_Disposicion::Normal;
     }
 }
@@ -104,7 +104,7 @@ constexpr std::size_t CIP_CodecsAntiguos = 2;
 // from the unit's output section for its family ("0" where the family has none).
 constexpr std::size_t CIP_NumSalidas = 6;
 const char *const CIP_CamposSalida[CIP_NumSalidas] = {"outmod", "outout", "bwsal", "ingrd", "fecsal", "outbau"};
-const CIPINT_Lector CIP_LectoresSalida[CIP_NumFamilias][CIP_NumSalidas] = {
+const CIPINT_Lector CIP_LectoresSalida[SALCOMUN_NumFamilias][CIP_NumSalidas] = {
     {nullptr, UTILSXML_LeeSALQAMTipoSalida, nullptr, nullptr, nullptr, nullptr},
     {UTILSXML_LeeSALCODFMMODO, UTILSXML_LeeSALCODFMSALIDA, UTILSXML_LeeSALCODFMBW, UTILSXML_LeeSALCODFMGUARDA,
      UTILSXML_LeeSALCODFMFEC, UTILSXML_LeeSALCODFMBAUDRATE},
@@ -400,7 +400,7 @@ int CIPINT_PintaLineaConfigEntrada(xmlDocPtr documento, int esMaster, int avanza
         ocultos += CTESHTML_Anterior("numcanales" + suf, UTILS_Formatea("%01d", canales));
         ocultos += CTESHTML_Anterior("tipounidad" + suf, UTILS_Formatea("%01d", familia));
     }
-    const int familiaSalida = familia >= 0 && familia < CIP_NumFamilias ? familia : CIP_FamiliaQAM;
+    const int familiaSalida = familia >= 0 && familia < SALCOMUN_NumFamilias ? familia : SALCOMUN_FamiliaQAM;
     for (std::size_t s = 0; s < CIP_NumSalidas; ++s) {
         const std::string campo = CIP_CamposSalida[s] + suf;
         ocultos += CTESHTML_Oculto(campo, campo, CIPINT_LeeSalida(CIP_LectoresSalida[familiaSalida][s], documento));
@@ -412,7 +412,7 @@ int CIPINT_PintaLineaConfigEntrada(xmlDocPtr documento, int esMaster, int avanza
 
     std::string orden, celdaModelo, forzar;
     if (avanzado == 0) {
-        orden = CTESHTML_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
+        orden = UTILS_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
         celdaModelo = CTESHTML_CeldaModelo(esMaster != 0, suf, modelo != nullptr ? modelo : "");
         const std::string cambios = CIPINT_LeeCampo(UTILSXML_LeeCambiosWeb, documento, 50);
         forzar = CTESHTML_Checkbox("forzarconfig" + suf, "forzarconfig" + suf, cambios == "1", "");

@@ -2,7 +2,7 @@
 // every encoder input, whether it is enabled, its video and audio connectors, the video
 // codec and its encoding options, bitrates, aspect ratio, GOP, audio level and closed
 // captions. The page function follows the row-function protocol of the page engine
-// (CIP_FuncionPagina), the save that of the save engine (CIP_FuncionGrabar). The painter
+// (SALCOMUN_FuncionPagina), the save that of the save engine (SALCOMUN_FuncionGrabar). The painter
 // also paints the "Input Configuration:" section of the advanced page of one unit.
 //
 // The model masks as the page engine passes them: entradasVideo is the audio-input mask

@@ -76,10 +76,10 @@ int CIPINT_PintaLineaListaUnidades(xmlDocPtr documento, int esMaster, uint8_t, i
     std::string campos[CIP_NumCamposLista];
     for (const CIP_LecturaLista &lectura : CIP_LecturasLista) {
         const std::string valor = CIPINT_LeeCampo(lectura.lector, documento, lectura.tam);
-        campos[lectura.campo] = esMaster != 0 ? CTESHTML_Negrita(valor) : CTESHTML_Escapa(valor);
+        campos[lectura.campo] = esMaster != 0 ? CTESHTML_Negrita(valor) : UTILS_Escapa(valor);
     }
     const std::string textoModelo = modelo != nullptr ? modelo : "";
-    const std::string celdaModelo = esMaster != 0 ? CTESHTML_Miunidad(textoModelo) : CTESHTML_Escapa(textoModelo);
+    const std::string celdaModelo = esMaster != 0 ? CTESHTML_Miunidad(textoModelo) : UTILS_Escapa(textoModelo);
 
     const std::string fila = UTILS_Formatea(
         htmlListaUnidades, campos[CIP_ListaOrden].c_str(), celdaModelo.c_str(), campos[CIP_ListaId].c_str(),

@@ -39,11 +39,11 @@ struct CIP_Modelo {
 
 // Row function of a page table for a family; the placeholder uses the QAM slot.
 // Null for an unsupported family or an empty slot.
-CIP_FuncionPagina CIPINT_FuncionFamilia(const CIP_TablaPagina &tabla, int familia, bool admiteReserva)
+SALCOMUN_FuncionPagina CIPINT_FuncionFamilia(const CIP_TablaPagina &tabla, int familia, bool admiteReserva)
 {
     if (familia == CIP_FamiliaReserva && admiteReserva)
-        familia = CIP_FamiliaQAM;
-    if (familia < 0 || familia >= CIP_NumFamilias)
+        familia = SALCOMUN_FamiliaQAM;
+    if (familia < 0 || familia >= SALCOMUN_NumFamilias)
         return nullptr;
     return tabla.funciones[familia];
 }
@@ -119,7 +119,7 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo)
     std::string sufijo;
     CIP_Modelo unidad;
 
-    CIP_FuncionPagina cabecera = CIPINT_FuncionFamilia(*tabla, master.familia, true);
+    SALCOMUN_FuncionPagina cabecera = CIPINT_FuncionFamilia(*tabla, master.familia, true);
     int resultado = cabecera == nullptr ? 2 : cabecera(0, nullptr, 0, 0, 0, 0, 0, nullptr, 0, "", master.familia, 0);
     if (resultado != 0) {
         CIPINT_ErrorGraveWeb(resultado);
@@ -134,7 +134,7 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo)
                 // One unreadable document is a row of its own; the rest of the rack follows.
                 ++filas;
                 const std::string direccion = esMaster ? "master" : CIPINT_DireccionDeRuta(documento.ruta(), tipo);
-                std::fputs(UTILS_Formatea(htmlFilaIlegible, filas, CTESHTML_Escapa(direccion).c_str()).c_str(), stdout);
+                std::fputs(UTILS_Formatea(htmlFilaIlegible, filas, UTILS_Escapa(direccion).c_str()).c_str(), stdout);
                 continue;
             }
             unidad = CIP_Modelo{};
@@ -147,7 +147,7 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo)
             if (!CIPINT_ModoAdmite(modo, unidad, master))
                 continue;
             ++filas;
-            CIP_FuncionPagina fila = CIPINT_FuncionFamilia(*tabla, unidad.familia, true);
+            SALCOMUN_FuncionPagina fila = CIPINT_FuncionFamilia(*tabla, unidad.familia, true);
             int error = fila == nullptr ? 2
                                         : fila(1, documento.get(), esMaster ? 1 : 0, unidad.canales, unidad.opciones,
                                                unidad.entradasVideo, unidad.capacidades, unidad.texto, filas,
@@ -157,7 +157,7 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo)
     }
 
     // Last row with the values for every unit; the placeholder master has none.
-    CIP_FuncionPagina ultima = CIPINT_FuncionFamilia(*tabla, master.familia, false);
+    SALCOMUN_FuncionPagina ultima = CIPINT_FuncionFamilia(*tabla, master.familia, false);
     if (ultima == nullptr)
         return CIPINT_ErrorGraveWeb(2);
     resultado = ultima(2, nullptr, 0, unidad.canales, unidad.opciones, unidad.entradasVideo, unidad.capacidades,
@@ -204,9 +204,9 @@ int CIPINT_GrabarPagina(const CIP_TablaGrabar *tabla, char *formulario)
     char direccion[300 + 1] = {};
     if (UTILSXML_LeeIP(documento.get(), direccion, sizeof direccion - 1) != 0)
         std::strcpy(direccion, "unknown");
-    const std::string direccionHtml = CTESHTML_Escapa(direccion);
+    const std::string direccionHtml = UTILS_Escapa(direccion);
     std::printf("Processing data for unit with ip %s, model %s<br>\n", direccionHtml.c_str(),
-                CTESHTML_Escapa(unidad.texto).c_str());
+                UTILS_Escapa(unidad.texto).c_str());
 
     // No field of a unit document holds a line break or another control byte: a request
     // that sends one changes nothing.
@@ -216,7 +216,7 @@ int CIPINT_GrabarPagina(const CIP_TablaGrabar *tabla, char *formulario)
         return CIPINT_ErrorGraveWeb(7);
     }
 
-    CIP_FuncionGrabar grabar = unidad.familia < CIP_NumFamilias ? tabla->funciones[unidad.familia] : nullptr;
+    SALCOMUN_FuncionGrabar grabar = unidad.familia < SALCOMUN_NumFamilias ? tabla->funciones[unidad.familia] : nullptr;
     int resultado = grabar == nullptr ? 2 : grabar(documento.get(), formulario);
     if (resultado != 0)
         CIPINT_ErrorGraveWeb(resultado);

@@ -191,7 +191,7 @@ int CMDREMOTEINT_EjecutaYResponde(const char *plantilla, std::initializer_list<c
     // A line that filled the whole buffer has no terminator of its own.
     respuesta[sizeof respuesta - 1] = '\0';
     if (respuesta[0] != '\0')
-        std::printf("Answer from STB: %s  <br>\n", CTESHTML_Escapa(respuesta).c_str());
+        std::printf("Answer from STB: %s  <br>\n", UTILS_Escapa(respuesta).c_str());
     std::fputs(estado == 0 ? "Command Issued successfully!<br>\n" : "Command Issued but failed!<br>\n", stdout);
     return GESTFICHINT_CloseFile(resultado.release());
 }
@@ -223,14 +223,14 @@ int CIP_GrabaInfoUpdate(char *formulario)
 
     CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Abre(directorio.get(), ruta, 0, true);
     if (!documento)
-        return std::printf("<br>ERROR! Unable to save changes for id '%s'. \n", CTESHTML_Escapa(sufijo).c_str());
+        return std::printf("<br>ERROR! Unable to save changes for id '%s'. \n", UTILS_Escapa(sufijo).c_str());
 
     // One byte more than the read: an identifier of exactly 40 bytes stays terminated.
     char id[40 + 1] = {};
     if (UTILSXML_LeeIDUnit(documento.get(), id, sizeof id - 1) != 0)
         std::strcpy(id, "unknown");
     std::printf(master ? "Programming update for this unit (id: %s)<br>\n" : "Programming update for unit with id %s<br>\n",
-                CTESHTML_Escapa(id).c_str());
+                UTILS_Escapa(id).c_str());
 
     // Not reported when it fails: the line above is already on the page.
     GESTFICH_AddFiletoChanges(linea.data(), static_cast<long>(linea.size()), UTILS_MapeaRuta(CIP_ListaUpdate).c_str());
@@ -291,7 +291,7 @@ void EnvioComandosSTB(char *formulario)
         CIPINT_ErrorGraveWeb(4);
         return;
     }
-    const std::string direccionHtml = CTESHTML_Escapa(direccion);
+    const std::string direccionHtml = UTILS_Escapa(direccion);
 
     switch (accion) {
     case CMDREMOTE_EnviaTecla: {
@@ -323,7 +323,7 @@ void EnvioComandosSTB(char *formulario)
         break;
     case CMDREMOTE_Sintoniza:
         std::printf("Tuning STB at IP %s to major channel %s <br>\n", direccionHtml.c_str(),
-                    CTESHTML_Escapa(canal).c_str());
+                    UTILS_Escapa(canal).c_str());
         tuneSTB(canal, direccion);
         break;
     }

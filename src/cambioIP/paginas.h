@@ -1,7 +1,7 @@
 // paginas.h: the common pages of the rack: the unit list (commands 15 and 16), the network
 // configuration (commands 3 and 4) and the test options (commands 14 and 22). The page
-// functions follow the row-function protocol of the page engine (CIP_FuncionPagina), the
-// saves that of the save engine (CIP_FuncionGrabar). The row painters also paint the
+// functions follow the row-function protocol of the page engine (SALCOMUN_FuncionPagina), the
+// saves that of the save engine (SALCOMUN_FuncionGrabar). The row painters also paint the
 // network and test sections of the advanced page of one unit (phase 3, suffix "_tot").
 #pragma once
 

@@ -73,9 +73,9 @@ int CIPINT_PintaLineaConfigRed(xmlDocPtr documento, int esMaster, int avanzado, 
         CTESHTML_Anterior(nombreOrden, orden);
 
     const std::string linea = UTILS_Formatea(
-        htmlNetwork, CTESHTML_Escapa(id).c_str(),
+        htmlNetwork, UTILS_Escapa(id).c_str(),
         CTESHTML_CeldaModelo(esMaster != 0, suf, modelo != nullptr ? modelo : "").c_str(), fila,
-        CTESHTML_Escapa(mac).c_str(), cajaDHCP.c_str(),
+        UTILS_Escapa(mac).c_str(), cajaDHCP.c_str(),
         CIPINT_InputDireccion("networkipdir" + suf, "networkipdir" + suf, ip, dhcpActivo).c_str(),
         CIPINT_InputDireccion("lmask" + suf, "networkmask" + suf, mascara, dhcpActivo).c_str(),
         CIPINT_InputDireccion("lgate" + suf, "gateway" + suf, gateway, dhcpActivo).c_str(), gemelos.c_str(),

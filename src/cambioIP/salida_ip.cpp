@@ -260,7 +260,7 @@ int CIPINT_PintaLineaSalidaIP(xmlDocPtr documento, int esMaster, int avanzado, u
     if (avanzado == 0 && sufijo == nullptr)
         return 4;
     const std::string suf = avanzado != 0 ? CIP_SufijoTotal : sufijo;
-    const bool usa = familia == CIP_FamiliaQAM;
+    const bool usa = familia == SALCOMUN_FamiliaQAM;
     const bool hayIP = (opciones & CIP_OpcionIP) != 0;
     const long nentip = std::max(0L, CIPINT_Numero(CIPINT_LeeCampo(UTILSXML_LeeENTRIPNUM, documento, CIP_TamValorIP)));
 
@@ -297,7 +297,7 @@ int CIPINT_PintaLineaSalidaIP(xmlDocPtr documento, int esMaster, int avanzado, u
                                      celdas.puerto.c_str(), celdas.paquetes.c_str(), celdas.protocolo.c_str(),
                                      ocultos.c_str(), celdas.fec.c_str(), celdas.anexo.c_str());
     } else {
-        const std::string orden = CTESHTML_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
+        const std::string orden = UTILS_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
         const std::string celdaModelo = CTESHTML_CeldaModelo(esMaster != 0, suf, modelo != nullptr ? modelo : "");
         const std::string cambiosWeb = CIPINT_LeeCampo(UTILSXML_LeeCambiosWeb, documento, 50);
         const std::string forzar = CTESHTML_Checkbox("forzarconfig" + suf, "forzarconfig" + suf,
@@ -321,7 +321,7 @@ int CIPINT_GeneraSalidaIP(int fase, xmlDocPtr documento, int esMaster, uint8_t c
                           int entradasVideo, int capacidades, const char *modelo, int fila, const char *sufijo,
                           int familia, int parametro)
 {
-    const bool usa = familia == CIP_FamiliaQAM;
+    const bool usa = familia == SALCOMUN_FamiliaQAM;
     switch (fase) {
     case 0:
         std::fputs(UTILS_Formatea(usa ? htmlSalidaIPCabeceraUSA : htmlSalidaIPCabecera).c_str(), stdout);

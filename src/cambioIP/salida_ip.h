@@ -3,8 +3,8 @@
 // to multicast groups) or as an IP input (the unit receives streams whose services are
 // picked on the service list), with one line per IP stream: address, port, packets per
 // datagram, protocol and the hidden FEC settings. The page function follows the row-function
-// protocol of the page engine (CIP_FuncionPagina), the save that of the save engine
-// (CIP_FuncionGrabar); the row painter also paints the "IP input/output:" section of the
+// protocol of the page engine (SALCOMUN_FuncionPagina), the save that of the save engine
+// (SALCOMUN_FuncionGrabar); the row painter also paints the "IP input/output:" section of the
 // advanced page (phase 3, suffix "_tot").
 #pragma once
 

@@ -60,7 +60,7 @@ std::string CIPINT_LeeStatus(int (*lector)(xmlDocPtr, char *, uint16_t), xmlDocP
 
 std::string CIPINT_Oculto(const std::string &id, const std::string &valor)
 {
-    return CTESHTML_DivOculto(id, CTESHTML_Escapa(valor));
+    return CTESHTML_DivOculto(id, UTILS_Escapa(valor));
 }
 
 std::string CIPINT_ONoSabido(const std::string &valor) { return valor.empty() ? "--" : valor; }
@@ -82,13 +82,13 @@ std::string CIPINT_LineaServicio(xmlDocPtr config, xmlDocPtr status, long k, lon
         actual = CIPINT_ONoSabido(CIPINT_LeeServicio(UTILSXML_STATUS_LeeENTRAIPSERVBITRATE, status, k, j));
         const std::string maximo =
             CIPINT_ONoSabido(CIPINT_LeeServicio(UTILSXML_STATUS_LeeENTRAIPSERVMAXBITRATE, status, k, j));
-        celdaBitrate = CTESHTML_Escapa(actual) + "/" + CTESHTML_Escapa(maximo);
+        celdaBitrate = UTILS_Escapa(actual) + "/" + UTILS_Escapa(maximo);
     }
 
     const std::string caja = CTESHTML_Checkbox("slselect" + n, "slselect" + n, sel == "1", strJSClickServiceListSel);
     const std::string celdaNombre =
-        CTESHTML_Div("cnam" + n, CTESHTML_Escapa(nombre)) + CIPINT_Oculto("cnamOUT" + n, nombreSalida);
-    const std::string celdaId = CTESHTML_Div("svcid" + n, CTESHTML_Escapa(id)) + CIPINT_Oculto("svcidOUT" + n, idSalida);
+        CTESHTML_Div("cnam" + n, UTILS_Escapa(nombre)) + CIPINT_Oculto("cnamOUT" + n, nombreSalida);
+    const std::string celdaId = CTESHTML_Div("svcid" + n, UTILS_Escapa(id)) + CIPINT_Oculto("svcidOUT" + n, idSalida);
     celdaBitrate += CIPINT_Oculto("servbitrate" + n, actual);
     return UTILS_Formatea(htmlListaServiciosLinea, caja.c_str(), celdaNombre.c_str(), celdaId.c_str(),
                           celdaBitrate.c_str());
@@ -193,7 +193,7 @@ int CIP_MuestraListaServicios(char *formulario)
         for (long j = 1; j <= servicios && j <= CIP_MaxNumero; ++j)
             lista += CIPINT_LineaServicio(config.get(), status.get(), k, j, limiteBitrate);
         const std::string libre = CIPINT_ONoSabido(CIPINT_LeeStatus(UTILSXML_STATUS_LeeENTRIPBITRATEFREE, status.get()));
-        lista += UTILS_Formatea(htmlListaServiciosPie, CTESHTML_Escapa(libre).c_str());
+        lista += UTILS_Formatea(htmlListaServiciosPie, UTILS_Escapa(libre).c_str());
         std::fputs(lista.c_str(), stdout);
     } else {
         std::fputs(htmlListaServiciosErronea, stdout);

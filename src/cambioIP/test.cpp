@@ -96,7 +96,7 @@ int CIPINT_PintaLineaTest(xmlDocPtr documento, int esMaster, int avanzado, uint8
                    : UTILS_Formatea(htmlConfigTotaltestConfig, cajas[0].c_str(), cajas[1].c_str(), cajas[2].c_str(),
                                     cajas[3].c_str(), ocultos.c_str());
     } else {
-        const std::string orden = CTESHTML_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
+        const std::string orden = UTILS_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
         const std::string celdaModelo = CTESHTML_CeldaModelo(esMaster != 0, suf, modelo != nullptr ? modelo : "");
         const std::string forzar =
             CTESHTML_Checkbox("forzarconfig" + suf, "forzarconfig" + suf,

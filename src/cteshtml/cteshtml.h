@@ -6,7 +6,7 @@
 // which the compiler checks against each fragment's placeholders.
 //
 // Escaping rule for every page: a value taken from a unit document or from the form is
-// escaped (CTESHTML_Escapa) where it enters a fragment; fragments the program composes
+// escaped (UTILS_Escapa) where it enters a fragment; fragments the program composes
 // itself (handlers, bold wrappers, "<br>" splices, whole cells) are not escaped again. The
 // helpers at the end of this header follow that rule: they escape their value and label
 // arguments and take names, ids and attribute texts as they are.
@@ -232,9 +232,6 @@ int CTESHTML_CompruebaEspacios(const char *texto);
 // Names, ids and attribute texts are composed by the program and go in as they are; values
 // and labels are escaped by the helper. The results are composed fragments: put them into
 // row templates without escaping them again.
-
-// & < > " ' as &amp; &lt; &gt; &quot; &#39;.
-std::string CTESHTML_Escapa(std::string_view texto);
 
 // A document value in bold: "<b>" + escaped value + "</b>".
 std::string CTESHTML_Negrita(std::string_view valor);

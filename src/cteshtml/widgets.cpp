@@ -17,26 +17,9 @@ std::string Texto(std::string_view vista)
 
 }  // namespace
 
-std::string CTESHTML_Escapa(std::string_view texto)
-{
-    std::string resultado;
-    resultado.reserve(texto.size());
-    for (char ch : texto) {
-        switch (ch) {
-        case '&': resultado += "&amp;"; break;
-        case '<': resultado += "&lt;"; break;
-        case '>': resultado += "&gt;"; break;
-        case '"': resultado += "&quot;"; break;
-        case '\'': resultado += "&#39;"; break;
-        default: resultado += ch; break;
-        }
-    }
-    return resultado;
-}
-
 std::string CTESHTML_Negrita(std::string_view valor)
 {
-    return "<b>" + CTESHTML_Escapa(valor) + "</b>";
+    return "<b>" + UTILS_Escapa(valor) + "</b>";
 }
 
 std::string CTESHTMLINT_TextoRanura(const char *ranura, std::size_t ancho)
@@ -52,8 +35,8 @@ std::string CTESHTML_SelectBox(std::string_view nombre, std::string_view id, std
     std::string html = UTILS_Formatea(htmlselectbox, Texto(nombre).c_str(), Texto(id).c_str(), Texto(atributos).c_str());
     for (const CTESHTML_Opcion &opcion : opciones) {
         const char *marca = opcion.valor == valorActual ? htmlselectoptionselected : "";
-        html += UTILS_Formatea(htmlselectoption, CTESHTML_Escapa(opcion.valor).c_str(), marca,
-                               CTESHTML_Escapa(opcion.texto).c_str());
+        html += UTILS_Formatea(htmlselectoption, UTILS_Escapa(opcion.valor).c_str(), marca,
+                               UTILS_Escapa(opcion.texto).c_str());
     }
     html += htmlselectboxfin;
     return html;
@@ -72,7 +55,7 @@ std::vector<CTESHTML_Opcion> CTESHTML_OpcionesRango(int desde, int hasta)
 std::string CTESHTML_Anterior(std::string_view nombreCampo, std::string_view valor)
 {
     const std::string nombre(nombreCampo);
-    return UTILS_Formatea(htmlanterior, nombre.c_str(), nombre.c_str(), CTESHTML_Escapa(valor).c_str());
+    return UTILS_Formatea(htmlanterior, nombre.c_str(), nombre.c_str(), UTILS_Escapa(valor).c_str());
 }
 
 std::string CTESHTML_Input(const char *plantilla, std::string_view id, int tam, std::string_view nombre,
@@ -90,12 +73,12 @@ std::string CTESHTML_Input(const char *plantilla, std::string_view id, int tam, 
     if (elegida == nullptr)
         return {};
     return UTILS_Formatea(elegida, Texto(id).c_str(), tam, Texto(nombre).c_str(), Texto(filtroTeclas).c_str(),
-                          Texto(alSalir).c_str(), Texto(atributos).c_str(), CTESHTML_Escapa(valor).c_str(), maxLongitud);
+                          Texto(alSalir).c_str(), Texto(atributos).c_str(), UTILS_Escapa(valor).c_str(), maxLongitud);
 }
 
 std::string CTESHTML_InputFijo(std::string_view valor, std::string_view atributos)
 {
-    return UTILS_Formatea(htmlinputlikecaptionFixed, CTESHTML_Escapa(valor).c_str(), Texto(atributos).c_str());
+    return UTILS_Formatea(htmlinputlikecaptionFixed, UTILS_Escapa(valor).c_str(), Texto(atributos).c_str());
 }
 
 std::string CTESHTML_Checkbox(std::string_view nombre, std::string_view id, bool marcado,
@@ -125,14 +108,14 @@ std::string CTESHTML_SalidaIPActiva(int salida, std::string_view nombre, std::st
 
 std::string CTESHTML_Oculto(std::string_view id, std::string_view nombre, std::string_view valor)
 {
-    return UTILS_Formatea(htmlinputhidden, Texto(id).c_str(), Texto(nombre).c_str(), CTESHTML_Escapa(valor).c_str());
+    return UTILS_Formatea(htmlinputhidden, Texto(id).c_str(), Texto(nombre).c_str(), UTILS_Escapa(valor).c_str());
 }
 
 std::string CTESHTML_Boton(std::string_view nombre, std::string_view id, std::string_view atributos,
                            std::string_view etiqueta)
 {
     return UTILS_Formatea(htmlboton, Texto(nombre).c_str(), Texto(id).c_str(), Texto(atributos).c_str(),
-                          CTESHTML_Escapa(etiqueta).c_str());
+                          UTILS_Escapa(etiqueta).c_str());
 }
 
 std::string CTESHTML_Div(std::string_view id, std::string_view contenido)
@@ -148,13 +131,13 @@ std::string CTESHTML_DivOculto(std::string_view id, std::string_view contenido)
 std::string CTESHTML_C3C4(std::string_view resolucion3, std::string_view cuadros3, std::string_view resolucion4,
                           std::string_view cuadros4)
 {
-    return UTILS_Formatea(htmlc3c4, CTESHTML_Escapa(resolucion3).c_str(), CTESHTML_Escapa(cuadros3).c_str(),
-                          CTESHTML_Escapa(resolucion4).c_str(), CTESHTML_Escapa(cuadros4).c_str());
+    return UTILS_Formatea(htmlc3c4, UTILS_Escapa(resolucion3).c_str(), UTILS_Escapa(cuadros3).c_str(),
+                          UTILS_Escapa(resolucion4).c_str(), UTILS_Escapa(cuadros4).c_str());
 }
 
 std::string CTESHTML_Miunidad(std::string_view modelo)
 {
-    return UTILS_Formatea(strJSMiunidad, CTESHTML_Escapa(modelo).c_str());
+    return UTILS_Formatea(strJSMiunidad, UTILS_Escapa(modelo).c_str());
 }
 
 std::string CTESHTML_SufijoConPuntos(std::string_view sufijo)
@@ -168,7 +151,7 @@ std::string CTESHTML_SufijoConPuntos(std::string_view sufijo)
 
 std::string CTESHTML_CeldaModelo(bool esMaster, std::string_view sufijo, std::string_view modelo)
 {
-    const std::string texto = CTESHTML_Escapa(modelo);
+    const std::string texto = UTILS_Escapa(modelo);
     if (esMaster)
         return UTILS_Formatea(strJSMiunidadConfig, texto.c_str());
     return UTILS_Formatea(strJSMostrarConfigTotal, CTESHTML_SufijoConPuntos(sufijo).c_str(), texto.c_str());

@@ -356,24 +356,6 @@ size_t cortaUTF8INT(char *texto, size_t tam)
     return i;
 }
 
-// The diagnostics go to standard output, which is the page the request receives: a value
-// of the document shown there has & < > " ' escaped like every other value of the page.
-std::string escapaDiagnosticoINT(std::string_view valor)
-{
-    std::string resultado;
-    for (char c : valor) {
-        switch (c) {
-        case '&': resultado += "&amp;"; break;
-        case '<': resultado += "&lt;"; break;
-        case '>': resultado += "&gt;"; break;
-        case '"': resultado += "&quot;"; break;
-        case '\'': resultado += "&#39;"; break;
-        default: resultado += c; break;
-        }
-    }
-    return resultado;
-}
-
 // Copies a value read from the document into the caller's buffer, without terminator.
 int copiaValorINT(char *buffer, unsigned int tam, char *valor, bool cortaUTF8)
 {
@@ -382,7 +364,7 @@ int copiaValorINT(char *buffer, unsigned int tam, char *valor, bool cortaUTF8)
         longitud = cortaUTF8INT(valor, tam);
     if (longitud > tam) {
         imprime("getXML:Long xmlVal__[%d > size %d]:%s\n", static_cast<int>(longitud), static_cast<int>(tam),
-                escapaDiagnosticoINT(valor).c_str());
+                UTILS_Escapa(valor).c_str());
         return -1;
     }
     std::memcpy(buffer, valor, longitud);

@@ -57,3 +57,25 @@ std::string UTILS_Formatea(const char *formato, ...)
     va_end(argumentos);
     return texto;
 }
+
+std::string UTILS_Escapa(std::string_view texto)
+{
+    std::string resultado;
+    resultado.reserve(texto.size());
+    for (char ch : texto) {
+        switch (ch) {
+        case '&': resultado += "&amp;"; break;
+        case '<': resultado += "&lt;"; break;
+        case '>': resultado += "&gt;"; break;
+        case '"': resultado += "&quot;"; break;
+        case '\'': resultado += "&#39;"; break;
+        default: resultado += ch; break;
+        }
+    }
+    return resultado;
+}
+
+void UTILS_Imprime(std::string_view html)
+{
+    std::fwrite(html.data(), 1, html.size(), stdout);
+}

@@ -1,11 +1,14 @@
 // utils: process-wide helpers shared by every module: the mapping of the system's
-// fixed paths under CAMBIOIP_ROOT, the one safe text formatter, and the circular log.
+// fixed paths under CAMBIOIP_ROOT, the one safe text formatter, the page's escaper and its
+// output sink, and the circular log. They sit at the bottom because every layer writes to
+// the page, the XML layer's diagnostics included.
 #pragma once
 
 #include <cstdint>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 // ---------------------------------------------------------------------------
 // Fixed paths
@@ -29,6 +32,17 @@ long UTILS_PausaCargaMs();
 // twice). Every HTML and script template is filled through this function.
 [[gnu::format(printf, 1, 2)]] std::string UTILS_Formatea(const char *formato, ...);
 std::string UTILS_FormateaV(const char *formato, std::va_list argumentos);
+
+// ---------------------------------------------------------------------------
+// The page
+// ---------------------------------------------------------------------------
+
+// A value of a document or of the request made safe for HTML text and attribute values:
+// & < > " ' become entities, everything else stays byte for byte.
+std::string UTILS_Escapa(std::string_view texto);
+
+// Writes a piece of the page to standard output, the answer of the request.
+void UTILS_Imprime(std::string_view html);
 
 // ---------------------------------------------------------------------------
 // Circular log

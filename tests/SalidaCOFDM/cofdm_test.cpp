@@ -1,6 +1,6 @@
 // The COFDM module's saves and selects, by property: a failed write leaves the others made,
 // a bad channel count writes nothing, and every offered choice survives being stored.
-#include "SalidaCOFDM/SalidaCOFDM.h"
+#include "SalidaCOFDM/SalidaCOFDM_int.h"
 
 #include "../SalidaQAM/salida_test.h"
 

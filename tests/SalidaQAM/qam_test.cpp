@@ -1,7 +1,7 @@
 // The QAM module's saves and selects, by property: a failed write leaves the others made,
 // a bad channel count writes nothing, and every offered choice survives being stored; and the
 // text cuts and LED states every output module relies on.
-#include "SalidaQAM/SalidaQAM.h"
+#include "SalidaQAM/SalidaQAM_int.h"
 
 #include "salida_test.h"
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "../utilsXML/documentos.h"
-#include "cambioIP/cambioIP.h"
+#include "SalidaComun/SalidaComun.h"
 
 #include <gtest/gtest.h>
 
@@ -21,13 +21,13 @@ using namespace store_test;
 
 // A unit document that has every element.
 inline Doc Unidad() { return cargaVersion("config_v5.xml"); }
-inline int Graba(CIP_FuncionGrabar guardado, xmlDocPtr doc, std::string texto) { return guardado(doc, texto.data()); }
+inline int Graba(SALCOMUN_FuncionGrabar guardado, xmlDocPtr doc, std::string texto) { return guardado(doc, texto.data()); }
 
 // The form gives every element it writes a value the unit does not hold. With any one leaf of
 // the document missing, the save still makes every other write (the document ends as the full
 // save's minus that leaf) and answers 6 exactly when it had to write the missing one. A channel
 // count other than 1..9, or none, refuses the save: 7, nothing written; no text is 4.
-inline void CompruebaGuardado(CIP_FuncionGrabar guardado, const std::string &formulario)
+inline void CompruebaGuardado(SALCOMUN_FuncionGrabar guardado, const std::string &formulario)
 {
     Doc original = Unidad();
     Doc completo = Unidad();

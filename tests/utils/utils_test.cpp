@@ -157,4 +157,13 @@ TEST(Formato, PerrorStampsTheMessageWithTheTime)
     EXPECT_LE(t, despues);
 }
 
+TEST(Escapa, EveryMarkupCharacterAndNothingElse)
+{
+    for (const auto &[texto, escapado] :
+         {std::pair{"&", "&amp;"}, {"<", "&lt;"}, {">", "&gt;"}, {"\"", "&quot;"}, {"'", "&#39;"}, {"", ""},
+          {"&amp;", "&amp;amp;"}, {"Señal € 1_2 %s\t;", "Señal € 1_2 %s\t;"},
+          {"a<b>c&\"d'", "a&lt;b&gt;c&amp;&quot;d&#39;"}})
+        EXPECT_EQ(UTILS_Escapa(texto), escapado) << texto;
+}
+
 }  // namespace

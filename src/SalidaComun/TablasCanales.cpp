@@ -1,6 +1,6 @@
 // The channel plans, built at compile time from runs of labels, and the select builders of
 // the output pages.
-#include "SalidaCOFDM/TablasCanales.h"
+#include "SalidaComun/TablasCanales.h"
 
 #include <cstdlib>
 #include <initializer_list>

@@ -1,5 +1,5 @@
 // SalidaComun.cpp: the cells, lines and save steps that all output modules share.
-#include "SalidaQAM/SalidaComun.h"
+#include "SalidaComun/SalidaComun.h"
 
 #include "proccgilib/proccgilib.h"
 #include "utils/utils.h"
@@ -188,9 +188,9 @@ std::string SALCOMUN_CeldaResolucion(xmlDocPtr status, uint8_t canales)
         } else {
             const auto indice = static_cast<uint8_t>(canal);
             resolucion[canal - 1] =
-                CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalResolucion, status, TAM_CORTO, indice));
+                UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalResolucion, status, TAM_CORTO, indice));
             cuadros[canal - 1] =
-                CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalFramerate, status, TAM_CUADROS, indice));
+                UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalFramerate, status, TAM_CUADROS, indice));
         }
     }
     std::string canal2, cuadros2, canales34;
@@ -207,18 +207,18 @@ std::string SALCOMUN_CeldaResolucion(xmlDocPtr status, uint8_t canales)
 
 std::string SALCOMUN_CeldaTemperatura(xmlDocPtr status)
 {
-    const std::string celsius = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTemperatura, status, TAM_CORTO, 1));
-    const std::string fahrenheit = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTemperatura, status, TAM_CORTO, 0));
+    const std::string celsius = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTemperatura, status, TAM_CORTO, 1));
+    const std::string fahrenheit = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTemperatura, status, TAM_CORTO, 0));
     return UTILS_Formatea(htmltemperatura, celsius.c_str(), fahrenheit.c_str());
 }
 
 std::string SALCOMUN_CeldaVersiones(xmlDocPtr status)
 {
-    const std::string hardware = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionFPGA, status, TAM_CORTO, 1));
-    const std::string software = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionFPGA, status, TAM_CORTO, 0));
-    const std::string arranque = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionBoot, status, TAM_CORTO));
-    const std::string sistema = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionLINUX, status, TAM_CORTO));
-    const std::string web = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionWEB, status, TAM_CORTO));
+    const std::string hardware = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionFPGA, status, TAM_CORTO, 1));
+    const std::string software = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionFPGA, status, TAM_CORTO, 0));
+    const std::string arranque = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionBoot, status, TAM_CORTO));
+    const std::string sistema = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionLINUX, status, TAM_CORTO));
+    const std::string web = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionWEB, status, TAM_CORTO));
     return UTILS_Formatea(htmlversiones, hardware.c_str(), software.c_str(), arranque.c_str(), sistema.c_str(),
                           web.c_str());
 }
@@ -234,19 +234,19 @@ std::string SALCOMUN_CeldaOpciones(xmlDocPtr status)
         if (ch == '.')
             celda += "<br>";
         else
-            celda += CTESHTML_Escapa(std::string_view(&ch, 1));
+            celda += UTILS_Escapa(std::string_view(&ch, 1));
     }
     return celda;
 }
 
 std::string SALCOMUN_CeldaOrden(std::string_view orden, bool conectada)
 {
-    return conectada ? CTESHTML_Negrita(orden) : CTESHTML_Escapa(orden);
+    return conectada ? CTESHTML_Negrita(orden) : UTILS_Escapa(orden);
 }
 
 std::string SALCOMUN_CeldaModeloEstado(std::string_view modelo, bool conectada)
 {
-    return conectada ? CTESHTML_Miunidad(modelo) : CTESHTML_Escapa(modelo);
+    return conectada ? CTESHTML_Miunidad(modelo) : UTILS_Escapa(modelo);
 }
 
 SALCOMUN_Estado SALCOMUN_LeeEstado(xmlDocPtr status, bool conectada, uint8_t canales, std::string_view modelo)
@@ -255,13 +255,13 @@ SALCOMUN_Estado SALCOMUN_LeeEstado(xmlDocPtr status, bool conectada, uint8_t can
     estado.orden = SALCOMUN_CeldaOrden(SALCOMUN_Lee(UTILSXML_STATUS_LeeOrden, status, TAM_CORTO), conectada);
     estado.modelo = SALCOMUN_CeldaModeloEstado(modelo, conectada);
     estado.leds = SALCOMUN_CeldasLed(SALCOMUN_LeeLeds(status), canales);
-    estado.tabla = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTablaQAM, status, TAM_TEXTO));
-    estado.canal = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalQAM, status, TAM_TEXTO));
-    estado.salidaIP = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeSalidaIP, status, TAM_TEXTO, SALCOMUN_NoAplica));
-    estado.watermarking = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeWatermarkingSerial, status, TAM_TEXTO));
-    estado.estado = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeUnitStaus, status, TAM_TEXTO));
-    estado.id = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeIdUnit, status, TAM_CORTO));
-    estado.numSerie = CTESHTML_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeNumSerie, status, TAM_CORTO));
+    estado.tabla = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTablaQAM, status, TAM_TEXTO));
+    estado.canal = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalQAM, status, TAM_TEXTO));
+    estado.salidaIP = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeSalidaIP, status, TAM_TEXTO, SALCOMUN_NoAplica));
+    estado.watermarking = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeWatermarkingSerial, status, TAM_TEXTO));
+    estado.estado = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeUnitStaus, status, TAM_TEXTO));
+    estado.id = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeIdUnit, status, TAM_CORTO));
+    estado.numSerie = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeNumSerie, status, TAM_CORTO));
     estado.temperatura = SALCOMUN_CeldaTemperatura(status);
     estado.resolucion = SALCOMUN_CeldaResolucion(status, canales);
     estado.versiones = SALCOMUN_CeldaVersiones(status);
@@ -507,7 +507,7 @@ int SALCOMUN_GrabaCampos(xmlDocPtr config, const SALCOMUN_Valores &valores, std:
     int resultado = 0;
     for (const SALCOMUN_CampoUnidad &campo : campos)
         if (campo.graba(config, valores[campo.clave]) != 0)
-            resultado = 6;
+            resultado = SALCOMUN_FalloEscritura;
     return resultado;
 }
 
@@ -523,14 +523,14 @@ int SALCOMUN_LineasIP::Prepara(int numcanales, std::string_view haySalidaIP, std
         return 0;
     const long lineas = total - numcanales;
     if (lineas > SALCOMUN_MAXLINEASIP)
-        return 6;  // more lines than inputs and services can exist: not held
+        return SALCOMUN_FalloEscritura;  // more lines than inputs and services can exist: not held
     try {
         entradas_.assign(static_cast<std::size_t>(lineas), 0);
         servicios_.assign(static_cast<std::size_t>(lineas), 0);
     } catch (const std::bad_alloc &) {
         entradas_.clear();
         servicios_.clear();
-        return 6;
+        return SALCOMUN_FalloEscritura;
     }
     // Both lists fill their array at line - numcanales - 1; a pair at a channel line means
     // the browser mixed the lines up, and nothing of the IP services is trusted then.
@@ -543,7 +543,7 @@ int SALCOMUN_LineasIP::Prepara(int numcanales, std::string_view haySalidaIP, std
             if (par.linea <= numcanales) {
                 entradas_.clear();
                 servicios_.clear();
-                return 6;
+                return SALCOMUN_FalloEscritura;
             }
             if (par.linea > total)
                 continue;
@@ -587,4 +587,27 @@ int SALCOMUN_GrabaListas(xmlDocPtr config, const SALCOMUN_Valores &valores, std:
         }
     }
     return resultado;
+}
+
+int SALCOMUN_Fases(int fase, const char *modelo, const char *cabecera, const std::function<int(bool)> &pinta,
+                   const std::function<std::string()> &cierre)
+{
+    switch (fase) {
+    case 0:
+        UTILS_Imprime(UTILS_Formatea(cabecera));
+        return 0;
+    case 1:
+        if (modelo == nullptr)
+            return 4;
+        return pinta(false);
+    case 2:
+        if (cierre)
+            UTILS_Imprime(cierre());
+        UTILS_Imprime(htmlfintabla);
+        return 0;
+    case 3:
+        return pinta(true);
+    default:
+        return 0;
+    }
 }

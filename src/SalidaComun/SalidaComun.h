@@ -1,5 +1,8 @@
-// SalidaComun: what every output module (QAM, COFDM, ISDB-T, COFDM/QAM-B) paints and saves
-// the same way, whatever its modulator: the cells of the status rows (LEDs, temperature,
+// SalidaComun: the layer every output module (QAM, COFDM, ISDB-T, COFDM/QAM-B) is built on.
+// It holds the protocol between the page and save engines and the family modules (families,
+// row and save functions, save results), the channel plans and modulation option tables
+// (TablasCanales.h), and what every family paints and saves the same way, whatever its
+// modulator: the cells of the status rows (LEDs, temperature,
 // resolution, versions), the order and model cells, the encoder-channel and IP-service lines
 // of the transport row, the select cell, and the per-line save of encoder channels and
 // selected IP-input services.
@@ -30,6 +33,7 @@
 // return is composed HTML, to be put into a template as it is.
 #pragma once
 
+#include "SalidaComun/TablasCanales.h"
 #include "cteshtml/cteshtml.h"
 
 #include <libxml/tree.h>
@@ -37,10 +41,104 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+// ---------------------------------------------------------------------------
+// The row and save protocol
+// ---------------------------------------------------------------------------
+
+// Output families: the index of every per-family dispatch slot of the engines, and the value
+// of a configuration row's hidden "tipounidad".
+inline constexpr int SALCOMUN_FamiliaQAM = 0;
+inline constexpr int SALCOMUN_FamiliaCOFDM = 1;
+inline constexpr int SALCOMUN_FamiliaISDBT = 2;
+inline constexpr int SALCOMUN_FamiliaCOFDMQAMB = 3;
+inline constexpr int SALCOMUN_NumFamilias = 4;
+
+// Page-row function: called by the page engine with the phase (0 header, 1 one unit's row,
+// 4 the same without a model text, 2 last row and end of table, 3 the unit's section of the
+// advanced page, suffix "_tot"), the unit's document, whether it is the master's own, the
+// model's channels, options, video inputs and capabilities, the model text, the row number,
+// the unit's field suffix, its output family and the model parameter. 0 or an error code.
+using SALCOMUN_FuncionPagina = int (*)(int fase, xmlDocPtr documento, int esMaster, uint8_t canales, int opciones,
+                                       int entradasVideo, int capacidades, const char *modelo, int fila,
+                                       const char *sufijo, int familia, int parametro);
+
+// Save function: copies one unit's posted fields (its form text, keys without suffix) into
+// its configuration document, and says how that went.
+using SALCOMUN_FuncionGrabar = int (*)(xmlDocPtr documento, char *formulario);
+inline constexpr int SALCOMUN_Guardado = 0;        // stored
+inline constexpr int SALCOMUN_NoAplicable = 2;     // nothing to store for this model
+inline constexpr int SALCOMUN_SinTexto = 4;        // no form text
+inline constexpr int SALCOMUN_FalloEscritura = 6;  // a write failed; the other writes stay
+inline constexpr int SALCOMUN_DatosInvalidos = 7;  // a required key missing or a count out of range; nothing written
+
+// The phases of a page entry, the same in every family: 0 prints the family's header
+// `cabecera` (a template without conversions); 1 paints the unit's row with `pinta(false)`,
+// refusing a unit without a model text (4); 2 prints the closing row for all units that
+// `cierre` composes (none on the status pages) and the end of the table; 3 paints the unit's
+// block of the advanced page with `pinta(true)`. Any other phase does nothing.
+int SALCOMUN_Fases(int fase, const char *modelo, const char *cabecera, const std::function<int(bool configTotal)> &pinta,
+                   const std::function<std::string()> &cierre = nullptr);
+
+// ---------------------------------------------------------------------------
+// Building blocks of the families' page templates (printf formats filled through
+// UTILS_Formatea: "%%" prints one '%'; cells arrive composed and escaped)
+// ---------------------------------------------------------------------------
+
+// A header cell that sorts the table by column `indice` (`tipo` 1 on status pages, 0 on
+// configuration pages) through the page script's Ordenatabla.
+#define SALCOMUN_ORDENABLE(indice, tipo, texto)                                                              \
+    "<a class='linkTabla' href=# onclick='Ordenatabla(" #indice "," #tipo ");'>" texto                       \
+    "&nbsp;<img src='/imagenes/Flecha.png' border='0' style='vertical-align:-10%%'></a>"
+
+#define SALCOMUN_ABRETABLA "<table id='tabadatos' border=\"1\"><tbody><tr>"
+#define SALCOMUN_TH(texto) "<th class='cabeceraTabla'>" texto "</th>"
+#define SALCOMUN_TH_ORDEN(tipo)                                                                               \
+    "<th class='cabeceraTabla' style='width:3%%;'>" SALCOMUN_ORDENABLE(0, tipo, "#") "</th>"                  \
+    "<th class='cabeceraTabla' style='width:10%%;'>" SALCOMUN_ORDENABLE(1, tipo, "Model") "</th>"
+#define SALCOMUN_TH_LEDS                                                                                      \
+    SALCOMUN_TH("Temp") SALCOMUN_TH("EAS") SALCOMUN_TH("CH1") SALCOMUN_TH("CH2") SALCOMUN_TH("CH3")           \
+    SALCOMUN_TH("CH4") SALCOMUN_TH("OUT") SALCOMUN_TH("RF Loop")
+// The quick-status row of the families without an emergency-alert LED.
+#define SALCOMUN_TH_LEDS_SIN_EAS                                                                              \
+    SALCOMUN_TH("Temp") SALCOMUN_TH("CH1") SALCOMUN_TH("CH2") SALCOMUN_TH("CH3") SALCOMUN_TH("CH4")           \
+    SALCOMUN_TH("OUT") SALCOMUN_TH("RF Loop")
+#define SALCOMUN_ABRECONFIGTOTAL(titulo)                                                                      \
+    "<table class='tablaconfigtotal' border=\"1\"><caption class='captionconfigtotal'>" titulo                \
+    "</caption><tbody><tr>"
+#define SALCOMUN_TD "<td>%s</td>"
+#define SALCOMUN_TD3 SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD
+#define SALCOMUN_TD6 SALCOMUN_TD3 SALCOMUN_TD3
+#define SALCOMUN_TD_FUERTE "<td><strong>%s</strong></td>"
+// The select cell of a configuration row: "forzarconfig" (name, id, checked marker), then
+// the row's hidden fields.
+#define SALCOMUN_TD_SELECCION "<td><input name=\"%s\" id=\"%s\" type=\"checkbox\" %s >%s</td>"
+#define SALCOMUN_TD_ULTIMA_ROTULO                                                                             \
+    "<tr><td class='ultimalinea' colspan='2' style='align:left;text-align:left;' >&nbsp;"                     \
+    "<b>Set Configuration for all Units (%d):</b></td>"
+#define SALCOMUN_TD_ULTIMA "<td class='ultimalinea'>%s</td>"
+#define SALCOMUN_TD_ULTIMA_VACIA(columnas) "<td class='ultimalinea' colspan='" #columnas "'>&nbsp;</td>"
+// An all-units button that numbers the units' fields in a row.
+#define SALCOMUN_TD_AUTO(campo, funcion)                                                                      \
+    "<td class='ultimalinea'><button name=\"auto" campo "_all\" id=\"auto" campo "_all\" "                   \
+    "onclick=\"" funcion "\" type=\"button\">Auto</button></td>"
+// The all-units tick of the RF loop-through.
+#define SALCOMUN_TD_BUCLE_TODAS                                                                               \
+    "<td class='ultimalinea'><input name=\"outrfl_all\" id=\"outrfl_all\" type=\"checkbox\"  checked=\"yes\" " \
+    "onclick=\"SeleccionarChecboxconCheckbox(this,'outrfl','0');\"></td>"
+// The all-units select box, which ends the closing row.
+#define SALCOMUN_TD_FORZARCONF                                                                                \
+    "<td class='ultimalinea'><input name=\"forzarconf\" id=\"forzarconf\" type=\"checkbox\" "                \
+    "onclick=\"SeleccionarChecboxconCheckbox(this,'forzarconfig','0');\"></td></tr>"
+
+// Events of the all-units selects: a value chosen there is copied into every unit's row.
+inline constexpr char strJSCambioTodas[] = "onclick='CambioVideocodecAll(this,\"1\");'";
+inline constexpr char strJSCambioSalidaTodas[] = "onclick='CambioOUTModeQAMAll(this,\"0\");'";
 
 // ---------------------------------------------------------------------------
 // Fragments shared by the output modules
@@ -89,6 +187,15 @@ struct SALCOMUN_Opcion {
 // Value and label of the choice that leaves every unit as it is in the all-units row.
 inline constexpr char SALCOMUN_ValorSeleccionar[] = "99";
 inline constexpr char SALCOMUN_TextoSeleccionar[] = "Select";
+
+// "outout": the modulator's output type, the same in every family; in a unit's row, and in
+// the all-units row (a different order, kept).
+inline constexpr SALCOMUN_Opcion SALCOMUN_TiposSalida[] = {
+    {"0", "NORMAL"}, {"1", "CONT_WAVE"}, {"4", "INVERTED"}, {"2", "MUTE"}, {"3", "NULL"},
+};
+inline constexpr SALCOMUN_Opcion SALCOMUN_TiposSalidaTodas[] = {
+    {"0", "NORMAL"}, {"4", "INVERTED"}, {"1", "CONT_WAVE"}, {"2", "MUTE"}, {"3", "NULL"},
+};
 
 // The choices of a table, in table order; conSeleccionar appends 99 "Select" (all-units row).
 std::vector<CTESHTML_Opcion> SALCOMUN_Opciones(std::span<const SALCOMUN_Opcion> tabla, bool conSeleccionar = false);

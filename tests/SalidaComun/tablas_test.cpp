@@ -1,7 +1,7 @@
 // Channel plans and option tables, by property: the shape of every plan record, every channel
 // position chosen back from its stored number, the bands' deliberate orders, and every mode
 // value marking its own choice.
-#include "SalidaCOFDM/TablasCanales.h"
+#include "SalidaComun/TablasCanales.h"
 
 #include "../SalidaQAM/salida_test.h"
 
