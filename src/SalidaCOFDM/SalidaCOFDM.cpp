@@ -47,7 +47,7 @@ bool SALCOFDMINT_EsModoQAM(long modo)
 // an unreadable mode included, as 0.
 int SALCOFDMINT_Modo(xmlDocPtr config)
 {
-    const long modo = SALCOMUN_Numero(SALCOMUN_Lee(UTILSXML_LeeSALCODFMMODO, config, TAM_TEXTO, "0"), -1);
+    const long modo = UTILS_Numero(UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMMODO, config, TAM_TEXTO, "0"), -1);
     const bool ofdm = modo >= 0 && modo <= SALCOFDM_UltimoModoOFDM;
     return ofdm || SALCOFDMINT_EsModoQAM(modo) ? static_cast<int>(modo) : SALCOFDM_ModoDefecto;
 }
@@ -144,7 +144,7 @@ struct SALCOFDMINT_CampoRed {
     const char *base;
     int columna;
     SALCOFDMINT_ClaseRed clase;
-    SALCOMUN_Lector0 lector;
+    UTILSXML_Lector0 lector;
     std::size_t tam;
     const char *defecto;  // shown when the read fails
 };
@@ -164,7 +164,7 @@ constexpr unsigned HEXA_MINIMO_RED = 0x1;
 std::string SALCOFDMINT_PintaCampoRed(const SALCOMUN_Fila &fila, const SALCOFDMINT_CampoRed &campo)
 {
     const std::string nombre = fila.Nombre(campo.base);
-    const std::string valor = SALCOMUN_Lee(campo.lector, fila.documento, campo.tam, campo.defecto);
+    const std::string valor = UTILSXML_LeeTexto(campo.lector, fila.documento, campo.tam, campo.defecto);
     switch (campo.clase) {
     case SALCOFDMINT_ClaseRed::Hexa:
         return SALCOFDMINT_CampoHexa(fila, nombre, HEXA_MINIMO_RED, valor);
@@ -209,7 +209,7 @@ void SALCOFDMINT_AnadeLinea(SALCOFDMINT_Columnas &columnas, const SALCOMUN_Linea
 struct SALCOFDMINT_CampoOFDM {
     const char *base;
     const char *div;
-    SALCOMUN_Lector0 lector;
+    UTILSXML_Lector0 lector;
     std::span<const SALCOMUN_Opcion> opciones;
 };
 constexpr SALCOFDMINT_CampoOFDM SALCOFDMINT_CamposOFDM[] = {
@@ -224,7 +224,7 @@ constexpr unsigned HEXA_MINIMO_CELDA = 0x0;
 std::string SALCOFDMINT_PintaCampoOFDM(const SALCOMUN_Fila &fila, const SALCOFDMINT_CampoOFDM &campo, bool modoQAM)
 {
     const std::string nombre = fila.Nombre(campo.base);
-    const std::string valor = SALCOMUN_Lee(campo.lector, fila.documento, TAM_TEXTO);
+    const std::string valor = UTILSXML_LeeTexto(campo.lector, fila.documento, TAM_TEXTO);
     std::string contenido;
     if (modoQAM)
         contenido = SALCOFDMINT_NoAplicable(nombre, valor);
@@ -254,7 +254,7 @@ std::string SALCOFDMINT_WidgetPaso(const SALCOMUN_Fila &fila, int plan, bool mod
     const std::string nombre = fila.Nombre("frecstep");
     if (plan != 0)
         return SALCOFDMINT_NoAplicable(nombre, SALCOFDM_PasoConPlan);
-    const long numero = SALCOMUN_Numero(paso, -1);
+    const long numero = UTILS_Numero(paso, -1);
     const std::string valor = modoQAM && numero >= SALCOFDM_PrimerPasoFueraQAM ? "0" : SALCOFDMINT_ValorOpcion(paso, numero);
     return SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios, SALCOFDMINT_OpcionesPaso(modoQAM),
                                 valor);
@@ -308,7 +308,7 @@ int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configT
     int lineas = 0;
     for (int canal = 1; canal <= canales; ++canal) {
         const std::string lcn =
-            SALCOMUN_Lee(UTILSXML_LeeSALTSCanalLCN, config, TAM_TEXTO, static_cast<uint8_t>(canal));
+            UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalLCN, config, TAM_TEXTO, static_cast<uint8_t>(canal));
         SALCOFDMINT_AnadeLinea(columnas, SALCOMUN_LineaCanal(fila, canal, SALCOFDMINT_Medidas),
                                SALCOFDMINT_CampoLCN(fila, canal, lcn));
         ++lineas;
@@ -317,7 +317,7 @@ int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configT
         // The selected services of the IP inputs follow the channels, numbered on from them.
         for (const SALCOMUN_ServicioIP servicio : SALCOMUN_ServiciosSeleccionados(config)) {
             const int linea = ++lineas;
-            const std::string lcn = SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVICELCN, config, TAM_TEXTO, servicio.entrada,
+            const std::string lcn = UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVICELCN, config, TAM_TEXTO, servicio.entrada,
                                                  servicio.servicio);
             SALCOFDMINT_AnadeLinea(columnas, SALCOMUN_LineaServicio(fila, linea, servicio, SALCOFDMINT_Medidas),
                                    SALCOFDMINT_CampoLCN(fila, linea, lcn));
@@ -360,8 +360,8 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
 
     // Plans 0..10 are offered; another stored plan selects nothing and, like an unreadable
     // one, gets the typed frequency of plan 0.
-    const std::string tabla = SALCOMUN_Lee(UTILSXML_LeeSALCODFMTABLA, config, TAM_TEXTO);
-    const long numeroTabla = SALCOMUN_Numero(tabla, -1);
+    const std::string tabla = UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMTABLA, config, TAM_TEXTO);
+    const long numeroTabla = UTILS_Numero(tabla, -1);
     const bool planOfrecido = numeroTabla >= 0 && numeroTabla < SALCOFDM_PlanesOfrecidos;
     const int plan = planOfrecido ? static_cast<int>(numeroTabla) : 0;
     const std::string celdaTabla =
@@ -369,7 +369,7 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
                              planOfrecido ? std::to_string(plan) : tabla);
     const std::string celdaCanal =
         CTESHTML_Div("divoutchn" + fila.sufijo,
-                     SALCOFDMINT_WidgetCanal(fila, plan, SALCOMUN_Lee(UTILSXML_LeeSALCODFMFREC, config, TAM_TEXTO)));
+                     SALCOFDMINT_WidgetCanal(fila, plan, UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMFREC, config, TAM_TEXTO)));
 
     const int modo = SALCOFDMINT_Modo(config);
     const bool modoQAM = SALCOFDMINT_EsModoQAM(modo);
@@ -377,17 +377,17 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
                                                        SALCOFDMINT_OpcionesModo(), std::to_string(modo));
     const std::string celdaPaso = CTESHTML_Div(
         "divfrecstep" + fila.sufijo,
-        SALCOFDMINT_WidgetPaso(fila, plan, modoQAM, SALCOMUN_Lee(UTILSXML_LeeSALCODFMFRECSTEP, config, TAM_TEXTO)));
+        SALCOFDMINT_WidgetPaso(fila, plan, modoQAM, UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMFRECSTEP, config, TAM_TEXTO)));
 
     const std::string celdaNivel = SALCOMUN_CampoEntero(fila, htmlinputLCN, fila.Nombre("outlev"), 2, 2, 0, 99,
-                                                        SALCOMUN_Lee(UTILSXML_LeeSALCODFMNIVEL, config, TAM_TEXTO));
+                                                        UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMNIVEL, config, TAM_TEXTO));
 
     std::array<std::string, SALCOFDMINT_NumCamposOFDM> celdasOFDM;
     for (std::size_t i = 0; i < SALCOFDMINT_NumCamposOFDM; ++i)
         celdasOFDM[i] = SALCOFDMINT_PintaCampoOFDM(fila, SALCOFDMINT_CamposOFDM[i], modoQAM);
 
     // The baud rate is the cable signal's setting: editable in QAM modes only.
-    const std::string baudios = SALCOMUN_Lee(UTILSXML_LeeSALCODFMBAUDRATE, config, TAM_TEXTO);
+    const std::string baudios = UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMBAUDRATE, config, TAM_TEXTO);
     const std::string valorBaudios = SALCOMUN_Corta(baudios, SALCOMUN_TieneDecimales(baudios) ? 5 : 1);
     const std::string nombreBaudios = fila.Nombre("outbau");
     const std::string celdaBaudios = CTESHTML_Div(
@@ -400,8 +400,8 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
 
     const std::string celdaSalida = SALCOMUN_CampoSelect(
         fila, fila.Nombre("outout"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALCOMUN_TiposSalida),
-        SALCOMUN_Lee(UTILSXML_LeeSALCODFMSALIDA, config, TAM_TEXTO));
-    const bool bucle = SALCOMUN_Lee(UTILSXML_LeeSALCODFMLoopRF, config, TAM_TEXTO).starts_with('1');
+        UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMSALIDA, config, TAM_TEXTO));
+    const bool bucle = UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMLoopRF, config, TAM_TEXTO).starts_with('1');
     const std::string nombreBucle = fila.Nombre("outrfl");
     const std::string celdaBucle =
         CTESHTML_Checkbox(nombreBucle, nombreBucle, bucle, strJSOnBlurOnChangeCompruebacambios) +

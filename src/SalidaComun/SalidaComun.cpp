@@ -92,53 +92,14 @@ std::string SALCOMUN_SelectTodasOpciones(std::string_view base, std::vector<CTES
 // Reading the documents
 // ---------------------------------------------------------------------------
 
-std::string SALCOMUN_Lee(SALCOMUN_Lector0 lector, xmlDocPtr documento, std::size_t tam, std::string_view defecto)
-{
-    std::vector<char> buffer(tam + 1, '\0');
-    if (lector(documento, buffer.data(), static_cast<uint16_t>(tam)) != 0)
-        return std::string(defecto);
-    return buffer.data();
-}
-
-std::string SALCOMUN_Lee(SALCOMUN_Lector1 lector, xmlDocPtr documento, std::size_t tam, uint8_t indice,
-                         std::string_view defecto)
-{
-    std::vector<char> buffer(tam + 1, '\0');
-    if (lector(documento, buffer.data(), static_cast<uint16_t>(tam), indice) != 0)
-        return std::string(defecto);
-    return buffer.data();
-}
-
-std::string SALCOMUN_Lee(SALCOMUN_Lector2 lector, xmlDocPtr documento, std::size_t tam, uint8_t entrada,
-                         uint8_t servicio, std::string_view defecto)
-{
-    std::vector<char> buffer(tam + 1, '\0');
-    if (lector(documento, buffer.data(), static_cast<uint16_t>(tam), entrada, servicio) != 0)
-        return std::string(defecto);
-    return buffer.data();
-}
-
 std::string SALCOMUN_Corta(std::string_view texto, std::size_t n)
 {
-    if (texto.size() <= n)
-        return std::string(texto);
-    // Step back over continuation bytes so that a character is kept whole or not at all.
-    while (n > 0 && (static_cast<unsigned char>(texto[n]) & 0xC0) == 0x80)
-        --n;
-    return std::string(texto.substr(0, n));
+    return std::string(texto.substr(0, UTILS_CorteUTF8(texto, n)));
 }
 
 bool SALCOMUN_TieneDecimales(std::string_view texto)
 {
     return texto.find_first_of(",.") != std::string_view::npos;
-}
-
-long SALCOMUN_Numero(std::string_view texto, long defecto)
-{
-    const std::string copia(texto);
-    char *fin = nullptr;
-    const long numero = std::strtol(copia.c_str(), &fin, 10);
-    return fin == copia.c_str() ? defecto : numero;
 }
 
 // ---------------------------------------------------------------------------
@@ -147,7 +108,7 @@ long SALCOMUN_Numero(std::string_view texto, long defecto)
 
 unsigned long SALCOMUN_LeeLeds(xmlDocPtr status)
 {
-    const std::string texto = SALCOMUN_Lee(UTILSXML_STATUS_LeeLEDS, status, TAM_LEDS);
+    const std::string texto = UTILSXML_LeeTexto(UTILSXML_STATUS_LeeLEDS, status, TAM_LEDS);
     return std::strtoul(texto.c_str(), nullptr, 10);
 }
 
@@ -188,9 +149,9 @@ std::string SALCOMUN_CeldaResolucion(xmlDocPtr status, uint8_t canales)
         } else {
             const auto indice = static_cast<uint8_t>(canal);
             resolucion[canal - 1] =
-                UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalResolucion, status, TAM_CORTO, indice));
+                UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeCanalResolucion, status, TAM_CORTO, indice));
             cuadros[canal - 1] =
-                UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalFramerate, status, TAM_CUADROS, indice));
+                UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeCanalFramerate, status, TAM_CUADROS, indice));
         }
     }
     std::string canal2, cuadros2, canales34;
@@ -207,25 +168,25 @@ std::string SALCOMUN_CeldaResolucion(xmlDocPtr status, uint8_t canales)
 
 std::string SALCOMUN_CeldaTemperatura(xmlDocPtr status)
 {
-    const std::string celsius = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTemperatura, status, TAM_CORTO, 1));
-    const std::string fahrenheit = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTemperatura, status, TAM_CORTO, 0));
+    const std::string celsius = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeTemperatura, status, TAM_CORTO, 1));
+    const std::string fahrenheit = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeTemperatura, status, TAM_CORTO, 0));
     return UTILS_Formatea(htmltemperatura, celsius.c_str(), fahrenheit.c_str());
 }
 
 std::string SALCOMUN_CeldaVersiones(xmlDocPtr status)
 {
-    const std::string hardware = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionFPGA, status, TAM_CORTO, 1));
-    const std::string software = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionFPGA, status, TAM_CORTO, 0));
-    const std::string arranque = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionBoot, status, TAM_CORTO));
-    const std::string sistema = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionLINUX, status, TAM_CORTO));
-    const std::string web = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeVersionWEB, status, TAM_CORTO));
+    const std::string hardware = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeVersionFPGA, status, TAM_CORTO, 1));
+    const std::string software = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeVersionFPGA, status, TAM_CORTO, 0));
+    const std::string arranque = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeVersionBoot, status, TAM_CORTO));
+    const std::string sistema = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeVersionLINUX, status, TAM_CORTO));
+    const std::string web = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeVersionWEB, status, TAM_CORTO));
     return UTILS_Formatea(htmlversiones, hardware.c_str(), software.c_str(), arranque.c_str(), sistema.c_str(),
                           web.c_str());
 }
 
 std::string SALCOMUN_CeldaOpciones(xmlDocPtr status)
 {
-    const std::string opciones = SALCOMUN_Lee(UTILSXML_STATUS_LeeUpgradeOptions, status, TAM_LARGO);
+    const std::string opciones = UTILSXML_LeeTexto(UTILSXML_STATUS_LeeUpgradeOptions, status, TAM_LARGO);
     std::string celda;
     for (char ch : opciones) {
         // Stop only between characters, never inside a UTF-8 sequence.
@@ -252,16 +213,16 @@ std::string SALCOMUN_CeldaModeloEstado(std::string_view modelo, bool conectada)
 SALCOMUN_Estado SALCOMUN_LeeEstado(xmlDocPtr status, bool conectada, uint8_t canales, std::string_view modelo)
 {
     SALCOMUN_Estado estado;
-    estado.orden = SALCOMUN_CeldaOrden(SALCOMUN_Lee(UTILSXML_STATUS_LeeOrden, status, TAM_CORTO), conectada);
+    estado.orden = SALCOMUN_CeldaOrden(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeOrden, status, TAM_CORTO), conectada);
     estado.modelo = SALCOMUN_CeldaModeloEstado(modelo, conectada);
     estado.leds = SALCOMUN_CeldasLed(SALCOMUN_LeeLeds(status), canales);
-    estado.tabla = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeTablaQAM, status, TAM_TEXTO));
-    estado.canal = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeCanalQAM, status, TAM_TEXTO));
-    estado.salidaIP = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeSalidaIP, status, TAM_TEXTO, SALCOMUN_NoAplica));
-    estado.watermarking = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeWatermarkingSerial, status, TAM_TEXTO));
-    estado.estado = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeUnitStaus, status, TAM_TEXTO));
-    estado.id = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeIdUnit, status, TAM_CORTO));
-    estado.numSerie = UTILS_Escapa(SALCOMUN_Lee(UTILSXML_STATUS_LeeNumSerie, status, TAM_CORTO));
+    estado.tabla = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeTablaQAM, status, TAM_TEXTO));
+    estado.canal = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeCanalQAM, status, TAM_TEXTO));
+    estado.salidaIP = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeSalidaIP, status, TAM_TEXTO, SALCOMUN_NoAplica));
+    estado.watermarking = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeWatermarkingSerial, status, TAM_TEXTO));
+    estado.estado = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeUnitStaus, status, TAM_TEXTO));
+    estado.id = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeIdUnit, status, TAM_CORTO));
+    estado.numSerie = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_STATUS_LeeNumSerie, status, TAM_CORTO));
     estado.temperatura = SALCOMUN_CeldaTemperatura(status);
     estado.resolucion = SALCOMUN_CeldaResolucion(status, canales);
     estado.versiones = SALCOMUN_CeldaVersiones(status);
@@ -357,27 +318,27 @@ SALCOMUN_LineaTransporte SALCOMUN_LineaCanal(const SALCOMUN_Fila &fila, int cana
     linea.sidEntrada = linea.nombreEntrada;
     linea.nombreSalida =
         SALCOMUN_CampoNombreCanal(fila, UTILS_Formatea(htmlrotulocanal, canal), fila.Nombre("cnam", canal),
-                                  medidas.maxNombre, SALCOMUN_Lee(UTILSXML_LeeSALTSCanalNombre, config, TAM_NOMBRE, indice));
+                                  medidas.maxNombre, UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalNombre, config, TAM_NOMBRE, indice));
     linea.pidVideo = SALCOMUN_CampoPID(fila, fila.Nombre("svpid", canal), medidas.tamPID, 5, PID_MINIMO, PID_MAXIMO,
-                                       SALCOMUN_Lee(UTILSXML_LeeSALTSCanalVIDEOPID, config, TAM_TEXTO, indice));
+                                       UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalVIDEOPID, config, TAM_TEXTO, indice));
     linea.pidAudio = SALCOMUN_CampoPID(fila, fila.Nombre("sapid", canal), medidas.tamPID, 5, PID_MINIMO, PID_MAXIMO,
-                                       SALCOMUN_Lee(UTILSXML_LeeSALTSCanalAUDIOPID, config, TAM_TEXTO, indice));
+                                       UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalAUDIOPID, config, TAM_TEXTO, indice));
     linea.sidSalida = SALCOMUN_CampoEntero(fila, htmlinput, fila.Nombre("svcid", canal), medidas.tamSID, MAX_SID,
                                            SID_MINIMO, SID_MAXIMO,
-                                           SALCOMUN_Lee(UTILSXML_LeeSALTSCanalSERVICEID, config, TAM_TEXTO, indice));
+                                           UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalSERVICEID, config, TAM_TEXTO, indice));
     return linea;
 }
 
 std::vector<SALCOMUN_ServicioIP> SALCOMUN_ServiciosSeleccionados(xmlDocPtr config)
 {
     std::vector<SALCOMUN_ServicioIP> servicios;
-    const long entradas = SALCOMUN_Numero(SALCOMUN_Lee(UTILSXML_LeeENTRIPNUM, config, TAM_TEXTO));
+    const long entradas = UTILS_Numero(UTILSXML_LeeTexto(UTILSXML_LeeENTRIPNUM, config, TAM_TEXTO));
     for (long i = 1; i <= entradas && i <= UINT8_MAX; ++i) {
         const auto entrada = static_cast<uint8_t>(i);
-        const long numServicios = SALCOMUN_Numero(SALCOMUN_Lee(UTILSXML_LeeENTRAIPNUMSERV, config, TAM_TEXTO, entrada));
+        const long numServicios = UTILS_Numero(UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPNUMSERV, config, TAM_TEXTO, entrada));
         for (long j = 1; j <= numServicios && j <= UINT8_MAX; ++j) {
             const auto servicio = static_cast<uint8_t>(j);
-            if (SALCOMUN_Numero(SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVSEL, config, TAM_TEXTO, entrada, servicio)) == 1)
+            if (UTILS_Numero(UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVSEL, config, TAM_TEXTO, entrada, servicio)) == 1)
                 servicios.push_back({entrada, servicio});
         }
     }
@@ -393,18 +354,18 @@ SALCOMUN_LineaTransporte SALCOMUN_LineaServicio(const SALCOMUN_Fila &fila, int l
     const std::string nombreLinea = fila.Nombre("", linea);
     SALCOMUN_LineaTransporte celdas;
     celdas.nombreEntrada = SALCOMUN_CampoSoloLectura(nombreLinea, TAM_NOMBREENTRADA, MAX_NOMBREENTRADA,
-                                                     SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVNAME, config, TAM_NOMBRE, i, j),
+                                                     UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVNAME, config, TAM_NOMBRE, i, j),
                                                      false);
     celdas.sidEntrada = SALCOMUN_CampoSoloLectura(nombreLinea, TAM_SIDENTRADA, MAX_SIDENTRADA,
-                                                  SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVICEID, config, TAM_TEXTO, i, j), true);
+                                                  UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVICEID, config, TAM_TEXTO, i, j), true);
     celdas.nombreSalida =
         SALCOMUN_CampoNombreCanal(fila, UTILS_Formatea(htmlrotuloservicio, i, j), fila.Nombre("cnam", linea),
-                                  medidas.maxNombre, SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVNAMEOUT, config, TAM_NOMBRE, i, j));
+                                  medidas.maxNombre, UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVNAMEOUT, config, TAM_NOMBRE, i, j));
     celdas.pidVideo = SALCOMUN_CampoSoloLectura(fila.Nombre("svpid", linea), medidas.tamPID, 5, SALCOMUN_PIDAuto, true);
     celdas.pidAudio = SALCOMUN_CampoSoloLectura(fila.Nombre("sapid", linea), medidas.tamPID, 5, SALCOMUN_PIDAuto, true);
     celdas.sidSalida = SALCOMUN_CampoEntero(fila, htmlinput, fila.Nombre("svcid", linea), medidas.tamSID, MAX_SID,
                                             SID_MINIMO, SID_MAXIMO,
-                                            SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVICEIDOUT, config, TAM_TEXTO, i, j));
+                                            UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVICEIDOUT, config, TAM_TEXTO, i, j));
     const std::string entip = fila.Nombre("entip", linea);
     const std::string lsnumserv = fila.Nombre("lsnumserv", linea);
     celdas.ocultos = CTESHTML_Oculto(entip, entip, std::to_string(i)) +
@@ -414,13 +375,13 @@ SALCOMUN_LineaTransporte SALCOMUN_LineaServicio(const SALCOMUN_Fila &fila, int l
 
 SALCOMUN_CeldasUnidad SALCOMUN_CeldasConfig(const SALCOMUN_Fila &fila, const char *modelo)
 {
-    return {SALCOMUN_CeldaOrden(SALCOMUN_Lee(UTILSXML_LeeOrden, fila.documento, TAM_CORTO), fila.conectada),
+    return {SALCOMUN_CeldaOrden(UTILSXML_LeeTexto(UTILSXML_LeeOrden, fila.documento, TAM_CORTO), fila.conectada),
             CTESHTML_CeldaModelo(fila.conectada, fila.sufijo, modelo != nullptr ? modelo : "")};
 }
 
 const char *SALCOMUN_MarcaForzar(xmlDocPtr config)
 {
-    const std::string cambios = SALCOMUN_Lee(UTILSXML_LeeCambiosWeb, config, TAM_TEXTO);
+    const std::string cambios = UTILSXML_LeeTexto(UTILSXML_LeeCambiosWeb, config, TAM_TEXTO);
     return cambios.starts_with('1') ? htmlcheckboxmarcado : "";
 }
 
@@ -443,14 +404,14 @@ unsigned long SALCOMUN_BitrateTotal(xmlDocPtr config, uint8_t canales)
         char activa = 0;
         if (UTILSXML_LeeEntradaActiva(config, &activa, entrada) != 0 || activa != '1')
             continue;
-        std::string video = SALCOMUN_Lee(UTILSXML_LeeEntradaBitrateVIDEO, config, TAM_TEXTO, entrada);
+        std::string video = UTILSXML_LeeTexto(UTILSXML_LeeEntradaBitrateVIDEO, config, TAM_TEXTO, entrada);
         for (char &ch : video)
             if (ch == ',')
                 ch = '.';
         const double mbits = std::strtod(video.c_str(), nullptr);
         if (std::isfinite(mbits) && mbits > 0 && mbits < 1e6)
             total += static_cast<unsigned long>(std::lround(mbits * 1000.0));
-        const long audio = SALCOMUN_Numero(SALCOMUN_Lee(UTILSXML_LeeEntradaBitrateAUDIO, config, TAM_TEXTO, entrada), -1);
+        const long audio = UTILS_Numero(UTILSXML_LeeTexto(UTILSXML_LeeEntradaBitrateAUDIO, config, TAM_TEXTO, entrada), -1);
         if (audio >= 0 && static_cast<std::size_t>(audio) < std::size(SALCOMUN_BitratesAudio))
             total += SALCOMUN_BitratesAudio[audio];
     }
@@ -518,8 +479,8 @@ int SALCOMUN_LineasIP::Prepara(int numcanales, std::string_view haySalidaIP, std
     numcanales_ = numcanales;
     entradas_.clear();
     servicios_.clear();
-    const long total = SALCOMUN_Numero(ntotserv);
-    if (SALCOMUN_Numero(haySalidaIP) != 1 || total <= numcanales)
+    const long total = UTILS_Numero(ntotserv);
+    if (UTILS_Numero(haySalidaIP) != 1 || total <= numcanales)
         return 0;
     const long lineas = total - numcanales;
     if (lineas > SALCOMUN_MAXLINEASIP)
@@ -547,7 +508,7 @@ int SALCOMUN_LineasIP::Prepara(int numcanales, std::string_view haySalidaIP, std
             }
             if (par.linea > total)
                 continue;
-            const long numero = SALCOMUN_Numero(par.valor);
+            const long numero = UTILS_Numero(par.valor);
             mapa.destino[static_cast<std::size_t>(par.linea - numcanales - 1)] =
                 numero >= 0 && numero <= UINT8_MAX ? static_cast<uint8_t>(numero) : 0;
         }

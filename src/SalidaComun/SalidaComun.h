@@ -212,27 +212,12 @@ std::string SALCOMUN_SelectTodasOpciones(std::string_view base, std::vector<CTES
 // Reading the documents
 // ---------------------------------------------------------------------------
 
-using SALCOMUN_Lector0 = int (*)(xmlDocPtr, char *, uint16_t);
-using SALCOMUN_Lector1 = int (*)(xmlDocPtr, char *, uint16_t, uint8_t);
-using SALCOMUN_Lector2 = int (*)(xmlDocPtr, char *, uint16_t, uint8_t, uint8_t);
-
-// A value read through a store reader into a buffer of `tam` bytes (the pages' fixed sizes),
-// or `defecto` when the read fails.
-std::string SALCOMUN_Lee(SALCOMUN_Lector0 lector, xmlDocPtr documento, std::size_t tam,
-                         std::string_view defecto = {});
-std::string SALCOMUN_Lee(SALCOMUN_Lector1 lector, xmlDocPtr documento, std::size_t tam, uint8_t indice,
-                         std::string_view defecto = {});
-std::string SALCOMUN_Lee(SALCOMUN_Lector2 lector, xmlDocPtr documento, std::size_t tam, uint8_t entrada,
-                         uint8_t servicio, std::string_view defecto = {});
-
 // The first `n` bytes of a text, never cutting a UTF-8 character.
 std::string SALCOMUN_Corta(std::string_view texto, std::size_t n);
 
 // Whether the text holds a decimal separator ("," or ".").
 bool SALCOMUN_TieneDecimales(std::string_view texto);
 
-// A decimal number at the start of the text (strtol rules), or `defecto` without digits.
-long SALCOMUN_Numero(std::string_view texto, long defecto = 0);
 
 // ---------------------------------------------------------------------------
 // Status rows

@@ -40,7 +40,7 @@ bool SALQAMINT_EsAnexoA(std::string_view modo)
 
 std::string SALQAMINT_ModoSalida(xmlDocPtr config)
 {
-    return SALCOMUN_Lee(UTILSXML_LeeSALQAMModoSalida, config, TAM_TEXTO, SALQAMINT_ModoDefecto);
+    return UTILSXML_LeeTexto(UTILSXML_LeeSALQAMModoSalida, config, TAM_TEXTO, SALQAMINT_ModoDefecto);
 }
 
 // The row of a table type; a type that cannot be read, or is none of the three, is shown as
@@ -181,16 +181,16 @@ int SALQAMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTot
 
     SALQAMINT_Columnas columnas;
     columnas[COL_TSID].Linea(SALCOMUN_CampoEntero(fila, htmlinput, fila.Nombre("tsid"), 5, 5, 1, 65535,
-                                                  SALCOMUN_Lee(UTILSXML_LeeSALTSTSID, config, TAM_TEXTO)));
+                                                  UTILSXML_LeeTexto(UTILSXML_LeeSALTSTSID, config, TAM_TEXTO)));
     int lineas = 0;
     for (int canal = 1; canal <= canales; ++canal) {
         const auto indice = static_cast<uint8_t>(canal);
         const SALCOMUN_LineaTransporte comun = SALCOMUN_LineaCanal(fila, canal, SALQAMINT_Medidas);
         const SALQAMINT_CeldasATSC atsc = SALQAMINT_PintaATSC(
             fila, canal,
-            SALCOMUN_Lee(UTILSXML_LeeSALTSCanalTABLETYPECHNUMBER, config, TAM_TEXTO, indice, SALQAM_TipoTablaDefecto),
-            SALCOMUN_Lee(UTILSXML_LeeSALTSCanalMAJORCHNUMBER, config, TAM_TEXTO, indice),
-            SALCOMUN_Lee(UTILSXML_LeeSALTSCanalMINORCHNUMBER, config, TAM_TEXTO, indice), anexoA);
+            UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalTABLETYPECHNUMBER, config, TAM_TEXTO, indice, SALQAM_TipoTablaDefecto),
+            UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalMAJORCHNUMBER, config, TAM_TEXTO, indice),
+            UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalMINORCHNUMBER, config, TAM_TEXTO, indice), anexoA);
         SALQAMINT_AnadeLinea(columnas, comun, atsc);
         ++lineas;
     }
@@ -203,9 +203,9 @@ int SALQAMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTot
             const SALCOMUN_LineaTransporte comun = SALCOMUN_LineaServicio(fila, linea, servicio, SALQAMINT_Medidas);
             const SALQAMINT_CeldasATSC atsc = SALQAMINT_PintaATSC(
                 fila, linea,
-                SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVICETABLETYPE, config, TAM_TEXTO, i, j, SALQAM_TipoTablaDefecto),
-                SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVICEMAJOR, config, TAM_TEXTO, i, j),
-                SALCOMUN_Lee(UTILSXML_LeeENTRAIPSERVICEMINOR, config, TAM_TEXTO, i, j), anexoA);
+                UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVICETABLETYPE, config, TAM_TEXTO, i, j, SALQAM_TipoTablaDefecto),
+                UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVICEMAJOR, config, TAM_TEXTO, i, j),
+                UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVICEMINOR, config, TAM_TEXTO, i, j), anexoA);
             SALQAMINT_AnadeLinea(columnas, comun, atsc);
         }
     }
@@ -240,13 +240,13 @@ int SALQAMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, 
 {
     const SALCOMUN_Fila fila = SALCOMUN_PreparaFila(config, esMaster, sufijo, configTotal != 0);
 
-    const std::string tabla = SALCOMUN_Lee(UTILSXML_LeeSALQAMTabla, config, TAM_TEXTO);
+    const std::string tabla = UTILSXML_LeeTexto(UTILSXML_LeeSALQAMTabla, config, TAM_TEXTO);
     const std::string celdaTabla = SALCOMUN_CampoSelect(fila, fila.Nombre("outtab"), strJSCambioTablacanalsalidaQAM,
                                                         SALCOMUN_Opciones(SALQAM_TablasCanales), tabla);
     // The browser swaps the channel widget when the table changes, by the div's id.
     const std::string celdaCanal = CTESHTML_Div(
         "div" + fila.sufijo,
-        SALQAMINT_WidgetCanal(fila, SALCOMUN_Numero(tabla), SALCOMUN_Lee(UTILSXML_LeeSALQAMFrecoCanal, config, TAM_TEXTO)));
+        SALQAMINT_WidgetCanal(fila, UTILS_Numero(tabla), UTILSXML_LeeTexto(UTILSXML_LeeSALQAMFrecoCanal, config, TAM_TEXTO)));
 
     const std::string modo = SALQAMINT_ModoSalida(config);
     const bool anexoA = SALQAMINT_EsAnexoA(modo);
@@ -254,7 +254,7 @@ int SALQAMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, 
                                                        SALCOMUN_Opciones(SALQAM_ModosSalida), modo);
 
     // The baud rate is chosen only in Annex A; Annex B fixes it by the mode.
-    const std::string baudios = SALCOMUN_Lee(UTILSXML_LeeSALQAMBaudrate, config, TAM_TEXTO);
+    const std::string baudios = UTILSXML_LeeTexto(UTILSXML_LeeSALQAMBaudrate, config, TAM_TEXTO);
     const std::string valorBaudios = SALCOMUN_Corta(baudios, SALCOMUN_TieneDecimales(baudios) ? 5 : 1);
     const std::string nombreBaudios = fila.Nombre("outbau");
     const std::string celdaBaudios =
@@ -265,14 +265,14 @@ int SALQAMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, 
 
     const std::string celdaSalida = SALCOMUN_CampoSelect(
         fila, fila.Nombre("outout"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALCOMUN_TiposSalida),
-        SALCOMUN_Lee(UTILSXML_LeeSALQAMTipoSalida, config, TAM_TEXTO));
+        UTILSXML_LeeTexto(UTILSXML_LeeSALQAMTipoSalida, config, TAM_TEXTO));
     // The interleaver is an Annex B setting.
     const std::string celdaInterleaving = SALCOMUN_CampoSelect(
         fila, fila.Nombre("outint"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALQAM_Interleavings),
-        SALCOMUN_Lee(UTILSXML_LeeSALQAMInterleaving, config, TAM_TEXTO, SALQAMINT_InterleavingDefecto), anexoA);
+        UTILSXML_LeeTexto(UTILSXML_LeeSALQAMInterleaving, config, TAM_TEXTO, SALQAMINT_InterleavingDefecto), anexoA);
     const std::string celdaNivel = SALCOMUN_CampoEntero(fila, htmlinputLCN, fila.Nombre("outlev"), 2, 2, 0, 99,
-                                                        SALCOMUN_Lee(UTILSXML_LeeSALQAMNivel, config, TAM_TEXTO));
-    const bool bucle = SALCOMUN_Lee(UTILSXML_LeeSALQAMLoopRF, config, TAM_TEXTO).starts_with('1');
+                                                        UTILSXML_LeeTexto(UTILSXML_LeeSALQAMNivel, config, TAM_TEXTO));
+    const bool bucle = UTILSXML_LeeTexto(UTILSXML_LeeSALQAMLoopRF, config, TAM_TEXTO).starts_with('1');
     const std::string nombreBucle = fila.Nombre("outrfl");
     const std::string celdaBucle = CTESHTML_Checkbox(nombreBucle, nombreBucle, bucle, strJSOnBlurOnChangeCompruebacambios) +
                                    fila.Anterior(nombreBucle, bucle ? "1" : "0");

@@ -67,11 +67,6 @@ void CIPINT_PintaSeccion(SALCOMUN_FuncionPagina funcion, xmlDocPtr documento, in
                                  modelo.familia, modelo.parametro));
 }
 
-std::string CIPINT_LeeEstado(CIPINT_Lector lector, xmlDocPtr documento, uint16_t tam)
-{
-    return documento != nullptr ? CIPINT_LeeCampo(lector, documento, tam) : std::string();
-}
-
 } // namespace
 
 int CIP_MuestraTodalaCongif(char *formulario)
@@ -91,11 +86,11 @@ int CIP_MuestraTodalaCongif(char *formulario)
         UTILSXML_STATUS_LeeTipoUnidad(status.get(), modelo.texto, sizeof modelo.texto - 1);
     modelo.Resuelve();
 
-    const std::string id = CIPINT_LeeEstado(UTILSXML_STATUS_LeeIdUnit, status.get(), 40);
-    const std::string orden = CIPINT_LeeEstado(UTILSXML_STATUS_LeeOrden, status.get(), 40);
-    const std::string serie = CIPINT_LeeEstado(UTILSXML_STATUS_LeeNumSerie, status.get(), 40);
-    const std::string mac = CIPINT_LeeEstado(UTILSXML_STATUS_LeeMAC, status.get(), 300);
-    const std::string ip = CIPINT_LeeEstado(UTILSXML_STATUS_LeeIP, status.get(), 300);
+    const std::string id = UTILSXML_LeeTexto(UTILSXML_STATUS_LeeIdUnit, status.get(), 40);
+    const std::string orden = UTILSXML_LeeTexto(UTILSXML_STATUS_LeeOrden, status.get(), 40);
+    const std::string serie = UTILSXML_LeeTexto(UTILSXML_STATUS_LeeNumSerie, status.get(), 40);
+    const std::string mac = UTILSXML_LeeTexto(UTILSXML_STATUS_LeeMAC, status.get(), 300);
+    const std::string ip = UTILSXML_LeeTexto(UTILSXML_STATUS_LeeIP, status.get(), 300);
     const std::string cabecera =
         CIPINT_OcultosUnidad(sufijo, modelo) +
         UTILS_Formatea(htmlConfigTotalCabecera, UTILS_Escapa(id).c_str(), UTILS_Escapa(orden).c_str(),

@@ -46,7 +46,6 @@ CIP_Disposicion CIPINT_DisposicionFila(int familia)
 }
 
 // Reader and writer of one setting of encoder input n.
-using CIPINT_LectorEntrada = int (*)(xmlDocPtr documento, char *buffer, uint16_t tam, uint8_t entrada);
 using CIPINT_EscritorEntrada = int (*)(xmlDocPtr documento, const char *valor, uint8_t entrada);
 
 // A choice that the model offers when its mask has the bit (bit 0: always offered).
@@ -104,7 +103,7 @@ constexpr std::size_t CIP_CodecsAntiguos = 2;
 // from the unit's output section for its family ("0" where the family has none).
 constexpr std::size_t CIP_NumSalidas = 6;
 const char *const CIP_CamposSalida[CIP_NumSalidas] = {"outmod", "outout", "bwsal", "ingrd", "fecsal", "outbau"};
-const CIPINT_Lector CIP_LectoresSalida[SALCOMUN_NumFamilias][CIP_NumSalidas] = {
+const UTILSXML_Lector0 CIP_LectoresSalida[SALCOMUN_NumFamilias][CIP_NumSalidas] = {
     {nullptr, UTILSXML_LeeSALQAMTipoSalida, nullptr, nullptr, nullptr, nullptr},
     {UTILSXML_LeeSALCODFMMODO, UTILSXML_LeeSALCODFMSALIDA, UTILSXML_LeeSALCODFMBW, UTILSXML_LeeSALCODFMGUARDA,
      UTILSXML_LeeSALCODFMFEC, UTILSXML_LeeSALCODFMBAUDRATE},
@@ -155,23 +154,15 @@ std::vector<CTESHTML_Opcion> CIPINT_OpcionesPosicion(const char *const (&textos)
 }
 
 // One setting of input n into a 50-character buffer; a failed read is "0".
-std::string CIPINT_LeeEntrada(CIPINT_LectorEntrada lector, xmlDocPtr documento, int entrada, bool *leido = nullptr)
+std::string CIPINT_LeeEntrada(UTILSXML_Lector1 lector, xmlDocPtr documento, int entrada, bool *leido = nullptr)
 {
-    // The store copies a value of exactly 50 bytes without a terminator: one byte more keeps it.
-    char buffer[50 + 1] = {};
-    const bool ok = lector(documento, buffer, sizeof buffer - 1, static_cast<uint8_t>(entrada)) == 0;
-    if (leido != nullptr)
-        *leido = ok;
-    return ok ? std::string(buffer) : std::string("0");
+    return UTILSXML_LeeTexto(lector, documento, 50, static_cast<uint8_t>(entrada), "0", leido);
 }
 
 // One output setting into a 40-character buffer; a failed read (or none) is "0".
-std::string CIPINT_LeeSalida(CIPINT_Lector lector, xmlDocPtr documento)
+std::string CIPINT_LeeSalida(UTILSXML_Lector0 lector, xmlDocPtr documento)
 {
-    char buffer[40 + 1] = {};
-    if (lector == nullptr || lector(documento, buffer, sizeof buffer - 1) != 0)
-        return "0";
-    return buffer;
+    return UTILSXML_LeeTexto(lector, documento, 40, "0");
 }
 
 // What one unit's painting needs to know besides the input number.
@@ -412,9 +403,9 @@ int CIPINT_PintaLineaConfigEntrada(xmlDocPtr documento, int esMaster, int avanza
 
     std::string orden, celdaModelo, forzar;
     if (avanzado == 0) {
-        orden = UTILS_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
+        orden = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_LeeOrden, documento, 40));
         celdaModelo = CTESHTML_CeldaModelo(esMaster != 0, suf, modelo != nullptr ? modelo : "");
-        const std::string cambios = CIPINT_LeeCampo(UTILSXML_LeeCambiosWeb, documento, 50);
+        const std::string cambios = UTILSXML_LeeTexto(UTILSXML_LeeCambiosWeb, documento, 50);
         forzar = CTESHTML_Checkbox("forzarconfig" + suf, "forzarconfig" + suf, cambios == "1", "");
     }
     const std::string linea =

@@ -39,7 +39,7 @@ int CIPINT_LeeVersionSoftware(xmlDocPtr documento, char *buffer, uint16_t tam)
 
 struct CIP_LecturaLista {
     CIP_CampoLista campo;
-    CIPINT_Lector lector;
+    UTILSXML_Lector0 lector;
     uint16_t tam;
 };
 
@@ -58,15 +58,6 @@ const CIP_LecturaLista CIP_LecturasLista[] = {
 
 } // namespace
 
-std::string CIPINT_LeeCampo(CIPINT_Lector lector, xmlDocPtr documento, uint16_t tam)
-{
-    std::vector<char> buffer(tam + 1u, '\0');
-    if (lector == nullptr || lector(documento, buffer.data(), tam) != 0)
-        return {};
-    buffer[tam] = '\0';
-    return std::string(buffer.data());
-}
-
 int CIPINT_PintaLineaListaUnidades(xmlDocPtr documento, int esMaster, uint8_t, int, int, int, const char *modelo, int,
                                    const char *sufijo)
 {
@@ -75,7 +66,7 @@ int CIPINT_PintaLineaListaUnidades(xmlDocPtr documento, int esMaster, uint8_t, i
     // The master's row is in bold, its model with "web connected" under it.
     std::string campos[CIP_NumCamposLista];
     for (const CIP_LecturaLista &lectura : CIP_LecturasLista) {
-        const std::string valor = CIPINT_LeeCampo(lectura.lector, documento, lectura.tam);
+        const std::string valor = UTILSXML_LeeTexto(lectura.lector, documento, lectura.tam);
         campos[lectura.campo] = esMaster != 0 ? CTESHTML_Negrita(valor) : UTILS_Escapa(valor);
     }
     const std::string textoModelo = modelo != nullptr ? modelo : "";

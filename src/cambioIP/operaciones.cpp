@@ -69,8 +69,6 @@ enum CMDREMOTE_Accion {
 // Power on and off are sent as a key press (action digit 2).
 const char *const CMDREMOTE_OperacionPulsa = "2";
 
-// A form number as the pages send it: base 10, leading digits only (empty: 0).
-long CIPINT_Numero(const char *texto) { return std::strtol(texto, nullptr, 10); }
 
 // ---------------------------------------------------------------------------
 // Running a set-top-box script without a shell
@@ -276,7 +274,7 @@ void EnvioComandosSTB(char *formulario)
     if (comando[0] == '\0' || direccion[0] == '\0')
         return;
 
-    const long accion = CIPINT_Numero(comando);
+    const long accion = UTILS_Numero(comando);
     if (accion < CMDREMOTE_Sintoniza || accion > CMDREMOTE_EnviaTecla) {
         CIPINT_ErrorGraveWeb(100);
         return;
@@ -295,8 +293,8 @@ void EnvioComandosSTB(char *formulario)
 
     switch (accion) {
     case CMDREMOTE_EnviaTecla: {
-        const long numero = CIPINT_Numero(tecla);
-        const long op = CIPINT_Numero(operacion);
+        const long numero = UTILS_Numero(tecla);
+        const long op = UTILS_Numero(operacion);
         if (numero < 1 || numero > static_cast<long>(CMDREMOTE_NumTeclas) || op < 1 ||
             op > static_cast<long>(CMDREMOTE_NumOperaciones)) {
             CIPINT_ErrorGraveWeb(4);

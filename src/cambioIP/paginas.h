@@ -79,11 +79,7 @@ int CIPINT_GrabaConfigTest(xmlDocPtr documento, char *formulario);
 // ---------------------------------------------------------------------------
 
 // A text reader of the store (UTILSXML_Lee...).
-using CIPINT_Lector = int (*)(xmlDocPtr documento, char *buffer, uint16_t tam);
 
-// Reads one field into a buffer of `tam` bytes, as the pages do; a failed read is an
-// empty text.
-std::string CIPINT_LeeCampo(CIPINT_Lector lector, xmlDocPtr documento, uint16_t tam);
 
 // Field suffix of the advanced page, in place of a unit's suffix.
 inline constexpr char CIP_SufijoTotal[] = "_tot";

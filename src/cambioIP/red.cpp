@@ -35,9 +35,9 @@ int CIPINT_PintaLineaConfigRed(xmlDocPtr documento, int esMaster, int avanzado, 
 
     char dhcp = '\0';
     const bool dhcpActivo = UTILSXML_LeeDHCPActivo(documento, &dhcp) == 0 && dhcp == '1';
-    const std::string ip = CIPINT_LeeCampo(UTILSXML_LeeIP, documento, 300);
-    const std::string mascara = CIPINT_LeeCampo(UTILSXML_LeeMascara, documento, 300);
-    const std::string gateway = CIPINT_LeeCampo(UTILSXML_LeeGateway, documento, 300);
+    const std::string ip = UTILSXML_LeeTexto(UTILSXML_LeeIP, documento, 300);
+    const std::string mascara = UTILSXML_LeeTexto(UTILSXML_LeeMascara, documento, 300);
+    const std::string gateway = UTILSXML_LeeTexto(UTILSXML_LeeGateway, documento, 300);
 
     const std::string nombreDHCP = "dhcpcheck" + suf;
     const std::string cajaDHCP = CTESHTML_Checkbox(
@@ -54,10 +54,10 @@ int CIPINT_PintaLineaConfigRed(xmlDocPtr documento, int esMaster, int avanzado, 
         return 0;
     }
 
-    const std::string id = CIPINT_LeeCampo(UTILSXML_LeeIDUnit, documento, 40);
-    const std::string mac = CIPINT_LeeCampo(UTILSXML_LeeMAC, documento, 40);
-    const std::string orden = CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40);
-    const std::string cambiosWeb = CIPINT_LeeCampo(UTILSXML_LeeCambiosWeb, documento, 50);
+    const std::string id = UTILSXML_LeeTexto(UTILSXML_LeeIDUnit, documento, 40);
+    const std::string mac = UTILSXML_LeeTexto(UTILSXML_LeeMAC, documento, 40);
+    const std::string orden = UTILSXML_LeeTexto(UTILSXML_LeeOrden, documento, 40);
+    const std::string cambiosWeb = UTILSXML_LeeTexto(UTILSXML_LeeCambiosWeb, documento, 50);
 
     // What the row painted, so that the page script can tell what the user changed.
     const std::string gemelos = CTESHTML_Anterior("networkipdir" + suf, ip) +

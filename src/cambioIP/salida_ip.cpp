@@ -29,7 +29,6 @@ constexpr uint16_t CIP_TamValorIP = 50;
 // The code printed with "BAD data" when a key of the record is missing.
 constexpr int CIP_ErrorClavesIP = 25;
 
-using CIPINT_LectorLinea = int (*)(xmlDocPtr documento, char *buffer, uint16_t tam, uint8_t linea);
 using CIPINT_EscritorLinea = int (*)(xmlDocPtr documento, const char *valor, uint8_t linea);
 
 // The direction of the IP port, the value of "iptxrx"; anything else counts as disabled.
@@ -41,8 +40,8 @@ enum CIP_ModoIP { CIP_IPDesactivado = 0, CIP_IPSalida = 1, CIP_IPEntrada = 2 };
 struct CIP_DireccionIP {
     int puertoBase;
     int octeto;
-    CIPINT_LectorLinea leeIP;
-    CIPINT_LectorLinea leePuerto;
+    UTILSXML_Lector1 leeIP;
+    UTILSXML_Lector1 leePuerto;
     CIPINT_EscritorLinea grabaIP;
     CIPINT_EscritorLinea grabaPuerto;
 };
@@ -57,7 +56,7 @@ const CIP_DireccionIP CIP_Direcciones[] = {
 // script can switch the IP and Port boxes when the mode changes.
 struct CIP_OcultoLineaIP {
     const char *base;
-    CIPINT_LectorLinea lector;
+    UTILSXML_Lector1 lector;
     bool puerto;
     CIP_ModoIP direccion;  // whose default numbering fills a missing value
 };
@@ -74,35 +73,30 @@ const std::vector<CTESHTML_Opcion> CIP_OpcionesEstandar = {{"0", "ATSC"}, {"1", 
 const std::vector<CTESHTML_Opcion> CIP_OpcionesProtocolo = {{"0", "UDP"}, {"1", "RTP"}};
 const std::vector<CTESHTML_Opcion> CIP_OpcionesAnexoFEC = {{"0", "Annex B"}, {"1", "Annex A"}};
 
-long CIPINT_Numero(const std::string &texto) { return std::strtol(texto.c_str(), nullptr, 10); }
 
 CIP_ModoIP CIPINT_ModoIP(const std::string &valor)
 {
-    const long modo = CIPINT_Numero(valor);
+    const long modo = UTILS_Numero(valor);
     return modo == CIP_IPSalida ? CIP_IPSalida : modo == CIP_IPEntrada ? CIP_IPEntrada : CIP_IPDesactivado;
 }
 
 // One value of IP line `linea`; a failed read is an empty text.
-std::string CIPINT_LeeLineaIP(CIPINT_LectorLinea lector, xmlDocPtr documento, int linea)
+std::string CIPINT_LeeLineaIP(UTILSXML_Lector1 lector, xmlDocPtr documento, int linea)
 {
-    std::vector<char> buffer(CIP_TamValorIP + 1u, '\0');
-    if (lector(documento, buffer.data(), CIP_TamValorIP, static_cast<uint8_t>(linea)) != 0)
-        return {};
-    buffer[CIP_TamValorIP] = '\0';
-    return std::string(buffer.data());
+    return UTILSXML_LeeTexto(lector, documento, CIP_TamValorIP, static_cast<uint8_t>(linea));
 }
 
 // An address or port of line `linea`. Without `defecto` the stored text is shown as it is;
 // with it, a missing address or "0.0.0.0" becomes 226.1.<octeto>.<linea + 1>, and a missing
 // port or one outside 1025..65535 becomes the base + linea.
-std::string CIPINT_ValorLineaIP(CIPINT_LectorLinea lector, bool puerto, xmlDocPtr documento, int linea,
+std::string CIPINT_ValorLineaIP(UTILSXML_Lector1 lector, bool puerto, xmlDocPtr documento, int linea,
                                 const CIP_DireccionIP *defecto)
 {
     std::string valor = CIPINT_LeeLineaIP(lector, documento, linea);
     if (defecto == nullptr)
         return valor;
     if (puerto) {
-        const long numero = CIPINT_Numero(valor);
+        const long numero = UTILS_Numero(valor);
         if (valor.empty() || numero < CIP_PuertoMinimo || numero > CIP_PuertoMaximo)
             valor = std::to_string(defecto->puertoBase + linea);
     } else if (valor.empty() || valor == "0.0.0.0") {
@@ -133,13 +127,13 @@ void CIPINT_PintaCeldasIP(xmlDocPtr documento, bool gemelos, uint8_t canales, lo
     };
     auto enLinea = [](const std::string &contenido) { return UTILS_Formatea(htmlSalidaIPlinea, contenido.c_str()); };
 
-    const CIP_ModoIP modo = CIPINT_ModoIP(CIPINT_LeeCampo(UTILSXML_LeeSALIPTXRX, documento, CIP_TamValorIP));
+    const CIP_ModoIP modo = CIPINT_ModoIP(UTILSXML_LeeTexto(UTILSXML_LeeSALIPTXRX, documento, CIP_TamValorIP));
     const CIP_DireccionIP &direccion = CIP_Direcciones[modo];
     // The defaults of the IP and Port boxes follow the direction; a disabled port keeps
     // what is stored.
     const CIP_DireccionIP *defecto = modo == CIP_IPDesactivado ? nullptr : &direccion;
     const std::string valorModo = std::to_string(static_cast<int>(modo));
-    const bool mpts = CIPINT_Numero(CIPINT_LeeCampo(UTILSXML_LeeSALIPTIPO, documento, CIP_TamValorIP)) == 1;
+    const bool mpts = UTILS_Numero(UTILSXML_LeeTexto(UTILSXML_LeeSALIPTIPO, documento, CIP_TamValorIP)) == 1;
     const std::string valorTipo = mpts ? "1" : "0";
     // SPTS carries one stream per encoder input, MPTS a single one.
     const int flujos = mpts ? 1 : canales;
@@ -176,7 +170,7 @@ void CIPINT_PintaCeldasIP(xmlDocPtr documento, bool gemelos, uint8_t canales, lo
             // The standard of the stream is chosen only for an output; 2 or more shows as ATSC.
             const std::string nombre = CIPINT_NombreLinea("scanstd", i, suf);
             const std::string leido = CIPINT_LeeLineaIP(UTILSXML_LeeSalidaIPESTANDAR, documento, i);
-            const std::string valor = !leido.empty() && CIPINT_Numero(leido) == 1 ? "1" : "0";
+            const std::string valor = !leido.empty() && UTILS_Numero(leido) == 1 ? "1" : "0";
             const std::string atributos = std::string(strJSOnBlurOnChangeCompruebacambios) +
                                           (modo != CIP_IPSalida ? " disabled" : desactivada);
             celdas.estandar +=
@@ -262,7 +256,7 @@ int CIPINT_PintaLineaSalidaIP(xmlDocPtr documento, int esMaster, int avanzado, u
     const std::string suf = avanzado != 0 ? CIP_SufijoTotal : sufijo;
     const bool usa = familia == SALCOMUN_FamiliaQAM;
     const bool hayIP = (opciones & CIP_OpcionIP) != 0;
-    const long nentip = std::max(0L, CIPINT_Numero(CIPINT_LeeCampo(UTILSXML_LeeENTRIPNUM, documento, CIP_TamValorIP)));
+    const long nentip = std::max(0L, UTILS_Numero(UTILSXML_LeeTexto(UTILSXML_LeeENTRIPNUM, documento, CIP_TamValorIP)));
 
     // What the save needs to know about the unit, and in a page row what the page script
     // needs: the layout and which encoder inputs are on.
@@ -297,9 +291,9 @@ int CIPINT_PintaLineaSalidaIP(xmlDocPtr documento, int esMaster, int avanzado, u
                                      celdas.puerto.c_str(), celdas.paquetes.c_str(), celdas.protocolo.c_str(),
                                      ocultos.c_str(), celdas.fec.c_str(), celdas.anexo.c_str());
     } else {
-        const std::string orden = UTILS_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
+        const std::string orden = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_LeeOrden, documento, 40));
         const std::string celdaModelo = CTESHTML_CeldaModelo(esMaster != 0, suf, modelo != nullptr ? modelo : "");
-        const std::string cambiosWeb = CIPINT_LeeCampo(UTILSXML_LeeCambiosWeb, documento, 50);
+        const std::string cambiosWeb = UTILSXML_LeeTexto(UTILSXML_LeeCambiosWeb, documento, 50);
         const std::string forzar = CTESHTML_Checkbox("forzarconfig" + suf, "forzarconfig" + suf,
                                                      !cambiosWeb.empty() && cambiosWeb[0] == '1', "");
         linea = usa ? UTILS_Formatea(htmlSalidaIPUSA, orden.c_str(), celdaModelo.c_str(), celdas.modo.c_str(),

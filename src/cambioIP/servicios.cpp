@@ -30,32 +30,25 @@ constexpr uint16_t CIP_TamServicio = 50;
 // IP inputs and services are numbered in one byte by the store.
 constexpr long CIP_MaxNumero = 255;
 
-long CIPINT_Numero(const std::string &texto) { return std::strtol(texto.c_str(), nullptr, 10); }
 
 // A value of one IP input (entrada) or of one of its services: empty when the read fails.
-using CIPINT_LectorEntrada = int (*)(xmlDocPtr, char *, uint16_t, uint8_t);
-using CIPINT_LectorServicio = int (*)(xmlDocPtr, char *, uint16_t, uint8_t, uint8_t);
 
-std::string CIPINT_LeeEntrada(CIPINT_LectorEntrada lector, xmlDocPtr documento, long entrada)
+// A value of an IP input, of one of its services, or of the status document, in the list's
+// buffer size; a failed read is an empty text.
+std::string CIPINT_LeeEntrada(UTILSXML_Lector1 lector, xmlDocPtr documento, long entrada)
 {
-    char buffer[CIP_TamServicio + 1] = {};
-    if (documento == nullptr || lector(documento, buffer, CIP_TamServicio, static_cast<uint8_t>(entrada)) != 0)
-        return {};
-    return buffer;
+    return UTILSXML_LeeTexto(lector, documento, CIP_TamServicio, static_cast<uint8_t>(entrada));
 }
 
-std::string CIPINT_LeeServicio(CIPINT_LectorServicio lector, xmlDocPtr documento, long entrada, long servicio)
+std::string CIPINT_LeeServicio(UTILSXML_Lector2 lector, xmlDocPtr documento, long entrada, long servicio)
 {
-    char buffer[CIP_TamServicio + 1] = {};
-    if (documento == nullptr ||
-        lector(documento, buffer, CIP_TamServicio, static_cast<uint8_t>(entrada), static_cast<uint8_t>(servicio)) != 0)
-        return {};
-    return buffer;
+    return UTILSXML_LeeTexto(lector, documento, CIP_TamServicio, static_cast<uint8_t>(entrada),
+                             static_cast<uint8_t>(servicio));
 }
 
-std::string CIPINT_LeeStatus(int (*lector)(xmlDocPtr, char *, uint16_t), xmlDocPtr documento)
+std::string CIPINT_LeeStatus(UTILSXML_Lector0 lector, xmlDocPtr documento)
 {
-    return documento != nullptr ? CIPINT_LeeCampo(lector, documento, CIP_TamServicio) : std::string();
+    return UTILSXML_LeeTexto(lector, documento, CIP_TamServicio);
 }
 
 std::string CIPINT_Oculto(const std::string &id, const std::string &valor)
@@ -173,17 +166,17 @@ int CIP_MuestraListaServicios(char *formulario)
     }
 
     CIPINT_DocumentoUnidad config = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0);
-    const long k = CIPINT_Numero(textoEntrada);
+    const long k = UTILS_Numero(textoEntrada);
     const long entradas = modelo.canales;
     const bool entradaValida = entradas != 0 && k >= 1 && k <= entradas;
 
     // Bitrates exist only for the services the unit reported on an input it has.
     long limiteBitrate = 0;
-    const long entradasStatus = CIPINT_Numero(CIPINT_LeeStatus(UTILSXML_STATUS_LeeENTRIPNUM, status.get()));
+    const long entradasStatus = UTILS_Numero(CIPINT_LeeStatus(UTILSXML_STATUS_LeeENTRIPNUM, status.get()));
     if (entradaValida && entradasStatus != 0 && entradasStatus <= entradas)
-        limiteBitrate = CIPINT_Numero(CIPINT_LeeEntrada(UTILSXML_STATUS_LeeENTRAIPNUMSERV, status.get(), k));
+        limiteBitrate = UTILS_Numero(CIPINT_LeeEntrada(UTILSXML_STATUS_LeeENTRAIPNUMSERV, status.get(), k));
 
-    const long servicios = entradaValida ? CIPINT_Numero(CIPINT_LeeEntrada(UTILSXML_LeeENTRAIPNUMSERV, config.get(), k))
+    const long servicios = entradaValida ? UTILS_Numero(CIPINT_LeeEntrada(UTILSXML_LeeENTRAIPNUMSERV, config.get(), k))
                                          : 0;
     std::fputs((CIPINT_Oculto("lsnumserv", std::to_string(servicios)) + CIPINT_Oculto("entip", std::to_string(k))).c_str(),
                stdout);
@@ -230,7 +223,7 @@ int CIP_GrabaListServicios(char *formulario)
         return CIPINT_ErrorGraveWeb(2);
 
     // The store numbers inputs in one byte: a larger input would name another one.
-    const long k = CIPINT_Numero(textoEntrada);
+    const long k = UTILS_Numero(textoEntrada);
     if (!presentes || k < 1 || k > CIP_MaxNumero)
         return CIPINT_ErrorGraveWeb(7);
     // A service name or number is one line of the unit's document.
@@ -241,7 +234,7 @@ int CIP_GrabaListServicios(char *formulario)
     }
 
     // Only the services that the page listed count; the store numbers them in one byte.
-    const long servicios = CIPINT_Numero(textoServicios);
+    const long servicios = UTILS_Numero(textoServicios);
     bool fallo = false;
     for (std::size_t i = 0; i < std::size(CIP_ListasServicio); ++i) {
         const CIP_ListaServicio &lista = CIP_ListasServicio[i];

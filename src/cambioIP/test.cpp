@@ -21,7 +21,7 @@ constexpr int CIP_OpcionEAS = 0x02;
 // The test boxes of a row, in column order: base name and the flag of the document.
 struct CIP_CajaTest {
     const char *base;
-    CIPINT_Lector lector;
+    UTILSXML_Lector0 lector;
 };
 const CIP_CajaTest CIP_CajasTest[] = {
     {"teas", UTILSXML_LeeEAS},
@@ -76,7 +76,7 @@ int CIPINT_PintaLineaTest(xmlDocPtr documento, int esMaster, int avanzado, uint8
         if (i == CIP_CajaEAS && (opciones & CIP_OpcionEAS) == 0)
             atributos += htmlStyleDisplayNone;
         cajas[i] = CTESHTML_Checkbox(nombre, nombre,
-                                     CIPINT_Activo(CIPINT_LeeCampo(CIP_CajasTest[i].lector, documento, 50)), atributos);
+                                     CIPINT_Activo(UTILSXML_LeeTexto(CIP_CajasTest[i].lector, documento, 50)), atributos);
     }
 
     // The EU layout always sends an EAS value; the page rows also carry the channel count
@@ -96,11 +96,11 @@ int CIPINT_PintaLineaTest(xmlDocPtr documento, int esMaster, int avanzado, uint8
                    : UTILS_Formatea(htmlConfigTotaltestConfig, cajas[0].c_str(), cajas[1].c_str(), cajas[2].c_str(),
                                     cajas[3].c_str(), ocultos.c_str());
     } else {
-        const std::string orden = UTILS_Escapa(CIPINT_LeeCampo(UTILSXML_LeeOrden, documento, 40));
+        const std::string orden = UTILS_Escapa(UTILSXML_LeeTexto(UTILSXML_LeeOrden, documento, 40));
         const std::string celdaModelo = CTESHTML_CeldaModelo(esMaster != 0, suf, modelo != nullptr ? modelo : "");
         const std::string forzar =
             CTESHTML_Checkbox("forzarconfig" + suf, "forzarconfig" + suf,
-                              CIPINT_Activo(CIPINT_LeeCampo(UTILSXML_LeeCambiosWeb, documento, 50)), "");
+                              CIPINT_Activo(UTILSXML_LeeTexto(UTILSXML_LeeCambiosWeb, documento, 50)), "");
         linea = eu ? UTILS_Formatea(htmlinfotestEU, orden.c_str(), celdaModelo.c_str(), cajas[1].c_str(),
                                     cajas[2].c_str(), cajas[3].c_str(), forzar.c_str(), ocultos.c_str())
                    : UTILS_Formatea(htmlinfotest, orden.c_str(), celdaModelo.c_str(), cajas[0].c_str(),

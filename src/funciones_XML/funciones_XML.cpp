@@ -339,21 +339,16 @@ xmlNodePtr buscaNodoINT(xmlDocPtr documento, bool cabe, ObjetoXPath &objeto)
 // Text helpers
 // ---------------------------------------------------------------------------
 
-bool esContinuacion(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
 // Cuts the text (at least tam >= 2 bytes long) to fit tam - 1 bytes without splitting a
-// UTF-8 character. The new length; unchanged when the text holds only continuation bytes
-// up to the cut.
+// UTF-8 character, clearing the rest of the buffer. The new length; a text without any lead
+// byte up to the cut is left as it is.
 size_t cortaUTF8INT(char *texto, size_t tam)
 {
-    size_t i = tam - 1;
-    while (esContinuacion(texto[i])) {
-        if (i == 0)
-            return std::strlen(texto);
-        --i;
-    }
-    std::memset(texto + i, 0, tam - i);
-    return i;
+    const size_t corte = UTILS_CorteUTF8(std::string_view(texto, ::strnlen(texto, tam)), tam - 1);
+    if (corte == 0 && (static_cast<unsigned char>(texto[0]) & 0xC0) == 0x80)
+        return std::strlen(texto);
+    std::memset(texto + corte, 0, tam - corte);
+    return corte;
 }
 
 // Copies a value read from the document into the caller's buffer, without terminator.

@@ -1,6 +1,8 @@
 // proccgilib.cpp: CGI form text and the decoding of one name=value pair.
 #include "proccgilib/proccgilib.h"
 
+#include "utils/utils.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -24,19 +26,6 @@ int valorHexa(unsigned char c)
     if (c >= 'A' && c <= 'F')
         return c - 'A' + 10;
     return -1;
-}
-
-// Length of the longest prefix of texto (of length longitud) that fits in maximo bytes
-// without cutting a UTF-8 character in two.
-size_t PROCCGIINT_CorteUTF8(const char *texto, size_t longitud, size_t maximo)
-{
-    if (longitud <= maximo)
-        return longitud;
-    size_t corte = maximo;
-    // Step back over continuation bytes (10xxxxxx) to the start of the cut character.
-    while (corte > 0 && (static_cast<unsigned char>(texto[corte]) & 0xC0) == 0x80)
-        --corte;
-    return corte;
 }
 
 // The CONTENT_LENGTH of a POST, or -1 when it is absent, not a whole number, negative
@@ -178,7 +167,7 @@ void GetValueKey(const char *par, std::initializer_list<CampoForm> campos)
             continue;
         if (std::strcmp(campo.nombre, clave) != 0)
             continue;
-        size_t copiados = PROCCGIINT_CorteUTF8(valor, longitud, campo.capacidad - 1);
+        size_t copiados = UTILS_CorteUTF8(std::string_view(valor, longitud), campo.capacidad - 1);
         std::memcpy(campo.destino, valor, copiados);
         campo.destino[copiados] = '\0';
     }

@@ -79,3 +79,22 @@ void UTILS_Imprime(std::string_view html)
 {
     std::fwrite(html.data(), 1, html.size(), stdout);
 }
+
+std::size_t UTILS_CorteUTF8(std::string_view texto, std::size_t maximo)
+{
+    if (texto.size() <= maximo)
+        return texto.size();
+    std::size_t corte = maximo;
+    // Step back over continuation bytes (10xxxxxx) to the start of the cut character.
+    while (corte > 0 && (static_cast<unsigned char>(texto[corte]) & 0xC0) == 0x80)
+        --corte;
+    return corte;
+}
+
+long UTILS_Numero(std::string_view texto, long defecto)
+{
+    const std::string copia(texto);
+    char *fin = nullptr;
+    const long numero = std::strtol(copia.c_str(), &fin, 10);
+    return fin == copia.c_str() ? defecto : numero;
+}

@@ -4,6 +4,7 @@
 // the page, the XML layer's diagnostics included.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdarg>
 #include <cstdio>
@@ -32,6 +33,18 @@ long UTILS_PausaCargaMs();
 // twice). Every HTML and script template is filled through this function.
 [[gnu::format(printf, 1, 2)]] std::string UTILS_Formatea(const char *formato, ...);
 std::string UTILS_FormateaV(const char *formato, std::va_list argumentos);
+
+// ---------------------------------------------------------------------------
+// Text
+// ---------------------------------------------------------------------------
+
+// Length of the longest beginning of `texto` that fits in `maximo` bytes without cutting a
+// UTF-8 character in two.
+std::size_t UTILS_CorteUTF8(std::string_view texto, std::size_t maximo);
+
+// The number at the start of the text as strtol reads it in base 10, or `defecto` when the
+// text does not start with one.
+long UTILS_Numero(std::string_view texto, long defecto = 0);
 
 // ---------------------------------------------------------------------------
 // The page

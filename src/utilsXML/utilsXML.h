@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <libxml/tree.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // ---------------------------------------------------------------------------
@@ -123,6 +124,25 @@ int UTILSXML_STATUS_CheckVersionConfig(xmlDocPtr documento);
 #undef UTILSXMLINT_DECLARA_2
 #undef UTILSXMLINT_DECLARA_CARACTER_0
 #undef UTILSXMLINT_DECLARA_CARACTER_1
+
+// ---------------------------------------------------------------------------
+// A value as a text
+// ---------------------------------------------------------------------------
+
+// The accessors above by the number of indices they take.
+using UTILSXML_Lector0 = int (*)(xmlDocPtr, char *, uint16_t);
+using UTILSXML_Lector1 = int (*)(xmlDocPtr, char *, uint16_t, uint8_t);
+using UTILSXML_Lector2 = int (*)(xmlDocPtr, char *, uint16_t, uint8_t, uint8_t);
+
+// One value read through an accessor into a zeroed buffer of `tam` bytes (the pages' fixed
+// sizes; one byte more keeps a value of exactly `tam` bytes whole), as a text; `defecto` when
+// there is no accessor or document or the read fails, which `leido` tells when given.
+std::string UTILSXML_LeeTexto(UTILSXML_Lector0 lector, xmlDocPtr documento, std::size_t tam,
+                              std::string_view defecto = {}, bool *leido = nullptr);
+std::string UTILSXML_LeeTexto(UTILSXML_Lector1 lector, xmlDocPtr documento, std::size_t tam, uint8_t indice,
+                              std::string_view defecto = {}, bool *leido = nullptr);
+std::string UTILSXML_LeeTexto(UTILSXML_Lector2 lector, xmlDocPtr documento, std::size_t tam, uint8_t entrada,
+                              uint8_t servicio, std::string_view defecto = {}, bool *leido = nullptr);
 
 // ---------------------------------------------------------------------------
 // IP input, service and IP output lists of the configuration document

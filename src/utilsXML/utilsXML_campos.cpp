@@ -131,3 +131,39 @@ int UTILSXMLINT_GrabaCaracter(const UTILSXMLINT_Campo &campo, xmlDocPtr document
     const char texto[2] = {caracter, '\0'};
     return UTILSXMLINT_GrabaCampo(campo, documento, texto, indice1, indice2);
 }
+
+namespace {
+
+// Reads through `lee(buffer)` into a zeroed buffer of tam + 1 bytes.
+template <typename Lectura>
+std::string UTILSXMLINT_LeeTexto(bool hay, std::size_t tam, std::string_view defecto, bool *leido, Lectura lee)
+{
+    std::vector<char> buffer(tam + 1, '\0');
+    const bool ok = hay && lee(buffer.data(), static_cast<uint16_t>(tam)) == 0;
+    if (leido != nullptr)
+        *leido = ok;
+    return ok ? std::string(buffer.data()) : std::string(defecto);
+}
+
+}  // namespace
+
+std::string UTILSXML_LeeTexto(UTILSXML_Lector0 lector, xmlDocPtr documento, std::size_t tam,
+                              std::string_view defecto, bool *leido)
+{
+    return UTILSXMLINT_LeeTexto(lector != nullptr && documento != nullptr, tam, defecto, leido,
+                                [&](char *buffer, uint16_t n) { return lector(documento, buffer, n); });
+}
+
+std::string UTILSXML_LeeTexto(UTILSXML_Lector1 lector, xmlDocPtr documento, std::size_t tam, uint8_t indice,
+                              std::string_view defecto, bool *leido)
+{
+    return UTILSXMLINT_LeeTexto(lector != nullptr && documento != nullptr, tam, defecto, leido,
+                                [&](char *buffer, uint16_t n) { return lector(documento, buffer, n, indice); });
+}
+
+std::string UTILSXML_LeeTexto(UTILSXML_Lector2 lector, xmlDocPtr documento, std::size_t tam, uint8_t entrada,
+                              uint8_t servicio, std::string_view defecto, bool *leido)
+{
+    return UTILSXMLINT_LeeTexto(lector != nullptr && documento != nullptr, tam, defecto, leido,
+                                [&](char *buffer, uint16_t n) { return lector(documento, buffer, n, entrada, servicio); });
+}
