@@ -433,62 +433,67 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
 // Page entries
 // ---------------------------------------------------------------------------
 
+namespace {
+
+// The family as the page entries see it.
+std::string SALCOFDMINT_CierreTransporte(int unidades)
+{
+    const std::string nit =
+        SALCOMUN_SelectTodasOpciones("nitvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodas);
+    const std::string sdt =
+        SALCOMUN_SelectTodasOpciones("sdtvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodas);
+    return UTILS_Formatea(htmlultimalineaTransporteCOFDM, unidades, nit.c_str(), sdt.c_str());
+}
+
+std::string SALCOFDMINT_CierreSalida(int unidades)
+{
+    const std::string tablas =
+        SALCOMUN_SelectTodasOpciones("outtab", SALCOFDMINT_OpcionesPlan(), strJSCambioTodas);
+    const std::string pasos =
+        SALCOMUN_SelectTodasOpciones("frecstep", SALCOFDMINT_OpcionesPaso(false), strJSCambioTodas);
+    const std::string modos =
+        SALCOMUN_SelectTodasOpciones("outmod", SALCOFDMINT_OpcionesModo(), strJSCambioTodas);
+    const std::string anchos = SALCOMUN_SelectTodas("bwsal", SALCOFDM_AnchosBanda, strJSCambioTodas);
+    const std::string guardas = SALCOMUN_SelectTodas("ingrd", SALCOFDM_IntervalosGuarda, strJSCambioTodas);
+    const std::string fecs = SALCOMUN_SelectTodas("fecsal", SALCOFDM_FECs, strJSCambioTodas);
+    const std::string salidas =
+        SALCOMUN_SelectTodas("outout", SALCOMUN_TiposSalidaTodas, strJSCambioSalidaTodas);
+    return UTILS_Formatea(htmlultimalineaSalidaCOFDM, unidades, tablas.c_str(), pasos.c_str(), modos.c_str(),
+                          anchos.c_str(), guardas.c_str(), fecs.c_str(), salidas.c_str());
+}
+
+const SALCOMUN_Familia SALCOFDMINT_Familia = {
+    SALCOFDMINT_PintaLineaSondeo, SALCOFDMINT_PintaLineaTransporte, SALCOFDMINT_PintaLineaSalida,
+    htmlsondeorapidoCabeceraCOFDM, htmlsondeoDetaladoCabeceraCOFDM, htmlinfotransporteinicioCOFDM, htmlinfosalidainicioCOFDM,
+    SALCOFDMINT_CierreTransporte, SALCOFDMINT_CierreSalida,
+};
+
+}  // namespace
+
 int SALCOFDM_SondeoRapido(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                           const char *modelo, int, const char *sufijo, int, int)
 {
-    return SALCOMUN_Fases(modo, modelo, htmlsondeorapidoCabeceraCOFDM, [&](bool configTotal) {
-        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, configTotal, 0, canales, modelo, sufijo);
-    });
+    return SALCOMUN_Entrada(SALCOFDMINT_Familia, SALCOMUN_PaginaRapido, modo, documento, esMaster, canales, 0, modelo, 0,
+                            sufijo);
 }
 
 int SALCOFDM_SondeoDetallado(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                              const char *modelo, int, const char *sufijo, int, int)
 {
-    // The advanced page's status block is the same for both status pages.
-    return SALCOMUN_Fases(modo, modelo, htmlsondeoDetaladoCabeceraCOFDM, [&](bool configTotal) {
-        return SALCOFDMINT_PintaLineaSondeo(documento, esMaster, configTotal, configTotal ? 0 : 1, canales, modelo, sufijo);
-    });
+    return SALCOMUN_Entrada(SALCOFDMINT_Familia, SALCOMUN_PaginaDetallado, modo, documento, esMaster, canales, 0, modelo, 0,
+                            sufijo);
 }
 
 int SALCOFDM_GeneraTransporte(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int opciones, int, int,
                               const char *modelo, int fila, const char *sufijo, int, int)
 {
-    return SALCOMUN_Fases(
-        modo, modelo, htmlinfotransporteinicioCOFDM,
-        [&](bool configTotal) {
-            return SALCOFDMINT_PintaLineaTransporte(documento, esMaster, configTotal, canales, opciones, modelo, sufijo);
-        },
-        [&] {
-            const std::string nit =
-                SALCOMUN_SelectTodasOpciones("nitvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodas);
-            const std::string sdt =
-                SALCOMUN_SelectTodasOpciones("sdtvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodas);
-            return UTILS_Formatea(htmlultimalineaTransporteCOFDM, fila, nit.c_str(), sdt.c_str());
-        });
+    return SALCOMUN_Entrada(SALCOFDMINT_Familia, SALCOMUN_PaginaTransporte, modo, documento, esMaster, canales, opciones, modelo, fila,
+                            sufijo);
 }
 
 int SALCOFDM_GeneraSalida(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                           const char *modelo, int fila, const char *sufijo, int, int)
 {
-    return SALCOMUN_Fases(
-        modo, modelo, htmlinfosalidainicioCOFDM,
-        [&](bool configTotal) {
-            return SALCOFDMINT_PintaLineaSalida(documento, esMaster, configTotal, canales, modelo, sufijo);
-        },
-        [&] {
-            const std::string tablas =
-                SALCOMUN_SelectTodasOpciones("outtab", SALCOFDMINT_OpcionesPlan(), strJSCambioTodas);
-            const std::string pasos =
-                SALCOMUN_SelectTodasOpciones("frecstep", SALCOFDMINT_OpcionesPaso(false), strJSCambioTodas);
-            const std::string modos =
-                SALCOMUN_SelectTodasOpciones("outmod", SALCOFDMINT_OpcionesModo(), strJSCambioTodas);
-            const std::string anchos = SALCOMUN_SelectTodas("bwsal", SALCOFDM_AnchosBanda, strJSCambioTodas);
-            const std::string guardas = SALCOMUN_SelectTodas("ingrd", SALCOFDM_IntervalosGuarda, strJSCambioTodas);
-            const std::string fecs = SALCOMUN_SelectTodas("fecsal", SALCOFDM_FECs, strJSCambioTodas);
-            const std::string salidas =
-                SALCOMUN_SelectTodas("outout", SALCOMUN_TiposSalidaTodas, strJSCambioSalidaTodas);
-            return UTILS_Formatea(htmlultimalineaSalidaCOFDM, fila, tablas.c_str(), pasos.c_str(),
-                                               modos.c_str(), anchos.c_str(), guardas.c_str(), fecs.c_str(),
-                                               salidas.c_str());
-        });
+    return SALCOMUN_Entrada(SALCOFDMINT_Familia, SALCOMUN_PaginaSalida, modo, documento, esMaster, canales, 0, modelo, fila,
+                            sufijo);
 }

@@ -65,29 +65,11 @@ constexpr SALCOMUN_ListaLineas SALCOFDMINT_ListasTransporte[] = {
 
 int SALCOFDM_GrabaSalida(xmlDocPtr documento, char *formulario)
 {
-    if (formulario == nullptr)
-        return SALCOMUN_SinTexto;
-    const SALCOMUN_Valores valores(formulario, SALCOFDMINT_ClavesSalida);
-    if (valores.FaltaRequerida() || SALCOMUN_NumCanales(valores["numcanales"]) == 0)
-        return SALCOMUN_DatosInvalidos;
-    return SALCOMUN_GrabaCampos(documento, valores, SALCOFDMINT_EscriturasSalida);
+    return SALCOMUN_Graba(documento, formulario, {SALCOFDMINT_ClavesSalida, SALCOFDMINT_EscriturasSalida});
 }
 
 int SALCOFDM_GrabaTransporte(xmlDocPtr documento, char *formulario)
 {
-    if (formulario == nullptr)
-        return SALCOMUN_SinTexto;
-    const SALCOMUN_Valores valores(formulario, SALCOFDMINT_ClavesTransporte);
-    const int numcanales = SALCOMUN_NumCanales(valores["numcanales"]);
-    if (valores.FaltaRequerida() || numcanales == 0)
-        return SALCOMUN_DatosInvalidos;
-
-    int resultado = SALCOMUN_GrabaCampos(documento, valores, SALCOFDMINT_EscriturasTransporte);
-    SALCOMUN_LineasIP lineasIP;
-    if (lineasIP.Prepara(numcanales, valores["haysalidaip"], valores["ntotserv"], valores["entip"],
-                         valores["lsnumserv"]) != 0)
-        resultado = 6;
-    if (SALCOMUN_GrabaListas(documento, valores, SALCOFDMINT_ListasTransporte, numcanales, lineasIP) != 0)
-        resultado = 6;
-    return resultado;
+    return SALCOMUN_Graba(documento, formulario,
+                          {SALCOFDMINT_ClavesTransporte, SALCOFDMINT_EscriturasTransporte, SALCOFDMINT_ListasTransporte});
 }

@@ -550,20 +550,38 @@ int SALCOMUN_GrabaListas(xmlDocPtr config, const SALCOMUN_Valores &valores, std:
     return resultado;
 }
 
-int SALCOMUN_Fases(int fase, const char *modelo, const char *cabecera, const std::function<int(bool)> &pinta,
-                   const std::function<std::string()> &cierre)
+int SALCOMUN_Entrada(const SALCOMUN_Familia &familia, SALCOMUN_Pagina pagina, int fase, xmlDocPtr documento,
+                     int esMaster, uint8_t canales, int opciones, const char *modelo, int fila, const char *sufijo)
 {
+    static constexpr const char *SALCOMUN_Familia::*cabeceras[] = {
+        &SALCOMUN_Familia::cabeceraRapido, &SALCOMUN_Familia::cabeceraDetallado,
+        &SALCOMUN_Familia::cabeceraTransporte, &SALCOMUN_Familia::cabeceraSalida};
+    const auto pinta = [&](bool configTotal) {
+        switch (pagina) {
+        case SALCOMUN_PaginaRapido:
+        case SALCOMUN_PaginaDetallado:
+            return familia.pintaSondeo(documento, esMaster, configTotal, !configTotal && pagina == SALCOMUN_PaginaDetallado,
+                                       canales, modelo, sufijo);
+        case SALCOMUN_PaginaTransporte:
+            return familia.pintaTransporte(documento, esMaster, configTotal, canales, opciones, modelo, sufijo);
+        case SALCOMUN_PaginaSalida:
+            return familia.pintaSalida(documento, esMaster, configTotal, canales, modelo, sufijo);
+        }
+        return 0;
+    };
     switch (fase) {
     case 0:
-        UTILS_Imprime(UTILS_Formatea(cabecera));
+        UTILS_Imprime(UTILS_Formatea(familia.*cabeceras[pagina]));
         return 0;
     case 1:
         if (modelo == nullptr)
             return 4;
         return pinta(false);
     case 2:
-        if (cierre)
-            UTILS_Imprime(cierre());
+        if (pagina == SALCOMUN_PaginaTransporte)
+            UTILS_Imprime(familia.cierreTransporte(fila));
+        else if (pagina == SALCOMUN_PaginaSalida)
+            UTILS_Imprime(familia.cierreSalida(fila));
         UTILS_Imprime(htmlfintabla);
         return 0;
     case 3:
@@ -571,4 +589,26 @@ int SALCOMUN_Fases(int fase, const char *modelo, const char *cabecera, const std
     default:
         return 0;
     }
+}
+
+int SALCOMUN_Graba(xmlDocPtr documento, char *formulario, const SALCOMUN_PaginaGrabar &pagina)
+{
+    if (formulario == nullptr)
+        return SALCOMUN_SinTexto;
+    const SALCOMUN_Valores valores(formulario, pagina.claves);
+    const int numcanales = SALCOMUN_NumCanales(valores["numcanales"]);
+    if (valores.FaltaRequerida() || numcanales == 0)
+        return SALCOMUN_DatosInvalidos;
+
+    int resultado = SALCOMUN_GrabaCampos(documento, valores, pagina.campos);
+    if (pagina.listas.empty())
+        return resultado;
+    // Values are stored as received.
+    SALCOMUN_LineasIP lineasIP;
+    if (lineasIP.Prepara(numcanales, valores["haysalidaip"], valores["ntotserv"], valores["entip"],
+                         valores["lsnumserv"]) != 0)
+        resultado = SALCOMUN_FalloEscritura;
+    if (SALCOMUN_GrabaListas(documento, valores, pagina.listas, numcanales, lineasIP) != 0)
+        resultado = SALCOMUN_FalloEscritura;
+    return resultado;
 }

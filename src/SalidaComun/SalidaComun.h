@@ -41,7 +41,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -77,13 +76,35 @@ inline constexpr int SALCOMUN_SinTexto = 4;        // no form text
 inline constexpr int SALCOMUN_FalloEscritura = 6;  // a write failed; the other writes stay
 inline constexpr int SALCOMUN_DatosInvalidos = 7;  // a required key missing or a count out of range; nothing written
 
-// The phases of a page entry, the same in every family: 0 prints the family's header
-// `cabecera` (a template without conversions); 1 paints the unit's row with `pinta(false)`,
-// refusing a unit without a model text (4); 2 prints the closing row for all units that
-// `cierre` composes (none on the status pages) and the end of the table; 3 paints the unit's
-// block of the advanced page with `pinta(true)`. Any other phase does nothing.
-int SALCOMUN_Fases(int fase, const char *modelo, const char *cabecera, const std::function<int(bool configTotal)> &pinta,
-                   const std::function<std::string()> &cierre = nullptr);
+// What a family gives the page entries, which are the same in every family: its three row
+// painters (a unit's row, or with configTotal its block of the advanced page), the headers
+// of its four pages (templates without conversions) and the closing rows for all units of
+// its transport and output pages (given the unit count).
+struct SALCOMUN_Familia {
+    int (*pintaSondeo)(xmlDocPtr status, int esMaster, int configTotal, int detallado, uint8_t canales,
+                       const char *modelo, const char *sufijo);
+    int (*pintaTransporte)(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales, int opciones,
+                           const char *modelo, const char *sufijo);
+    int (*pintaSalida)(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales, const char *modelo,
+                       const char *sufijo);
+    const char *cabeceraRapido;
+    const char *cabeceraDetallado;
+    const char *cabeceraTransporte;
+    const char *cabeceraSalida;
+    std::string (*cierreTransporte)(int unidades);
+    std::string (*cierreSalida)(int unidades);
+};
+
+// The four pages a family paints.
+enum SALCOMUN_Pagina : int { SALCOMUN_PaginaRapido, SALCOMUN_PaginaDetallado, SALCOMUN_PaginaTransporte, SALCOMUN_PaginaSalida };
+
+// A page entry of a family, phase by phase: 0 prints the page's header; 1 paints the unit's
+// row, refusing a unit without a model text (4); 2 prints the closing row for all units (none
+// on the status pages; `fila` is the unit count) and the end of the table; 3 paints the
+// unit's block of the advanced page (the status block is the quick one on both status pages).
+// Any other phase does nothing.
+int SALCOMUN_Entrada(const SALCOMUN_Familia &familia, SALCOMUN_Pagina pagina, int fase, xmlDocPtr documento,
+                     int esMaster, uint8_t canales, int opciones, const char *modelo, int fila, const char *sufijo);
 
 // ---------------------------------------------------------------------------
 // Building blocks of the families' page templates (printf formats filled through
@@ -480,3 +501,17 @@ struct SALCOMUN_ListaLineas {
 // else 0.
 int SALCOMUN_GrabaListas(xmlDocPtr config, const SALCOMUN_Valores &valores, std::span<const SALCOMUN_ListaLineas> listas,
                          int numcanales, const SALCOMUN_LineasIP &lineasIP);
+
+// A save of one page of a family: the keys it reads from the unit's form text, the unit's own
+// values written in order and, on a transport page, the per-line lists with the IP services.
+struct SALCOMUN_PaginaGrabar {
+    std::span<const SALCOMUN_Clave> claves;
+    std::span<const SALCOMUN_CampoUnidad> campos;
+    std::span<const SALCOMUN_ListaLineas> listas = {};
+};
+
+// The save of a page, the same in every family: no text gives 4; a required key missing or
+// "numcanales" not 1..9 gives 7 and writes nothing; then the unit's values, and with lists the
+// IP services' lines and every list, are written: 6 when a write failed (the others are
+// still made), else 0.
+int SALCOMUN_Graba(xmlDocPtr documento, char *formulario, const SALCOMUN_PaginaGrabar &pagina);

@@ -301,51 +301,57 @@ int SALQAMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, 
 // Page entries
 // ---------------------------------------------------------------------------
 
+namespace {
+
+// The family as the page entries see it.
+std::string SALQAMINT_CierreTransporte(int unidades)
+{
+    const std::string tipos = SALCOMUN_SelectTodas("autochan", SALQAM_TiposTabla, strJSCambioTodas);
+    return UTILS_Formatea(htmlultimalineaTransporteQAM, unidades, tipos.c_str());
+}
+
+std::string SALQAMINT_CierreSalida(int unidades)
+{
+    const std::string tablas = SALCOMUN_SelectTodas("outtab", SALQAM_TablasCanales, strJSCambioTodas);
+    const std::string modos = SALCOMUN_SelectTodas("outmod", SALQAM_ModosSalida, strJSCambioTodas);
+    const std::string interleavings = SALCOMUN_SelectTodas("outint", SALQAM_Interleavings, strJSCambioTodas);
+    const std::string salidas = SALCOMUN_SelectTodas("outout", SALCOMUN_TiposSalidaTodas, strJSCambioSalidaTodas);
+    return UTILS_Formatea(htmlultimalineaSalidaQAM, unidades, tablas.c_str(), modos.c_str(), interleavings.c_str(),
+                          salidas.c_str());
+}
+
+const SALCOMUN_Familia SALQAMINT_Familia = {
+    SALQAMINT_PintaLineaSondeo, SALQAMINT_PintaLineaTransporte, SALQAMINT_PintaLineaSalida,
+    htmlsondeorapidoCabeceraQAM, htmlsondeoDetaladoCabeceraQAM, htmlinfotransporteinicioQAM, htmlinfosalidainicioQAM,
+    SALQAMINT_CierreTransporte, SALQAMINT_CierreSalida,
+};
+
+}  // namespace
+
 int SALQAM_SondeoRapido(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                         const char *modelo, int, const char *sufijo, int, int)
 {
-    return SALCOMUN_Fases(modo, modelo, htmlsondeorapidoCabeceraQAM, [&](bool configTotal) {
-        return SALQAMINT_PintaLineaSondeo(documento, esMaster, configTotal, 0, canales, modelo, sufijo);
-    });
+    return SALCOMUN_Entrada(SALQAMINT_Familia, SALCOMUN_PaginaRapido, modo, documento, esMaster, canales, 0, modelo, 0,
+                            sufijo);
 }
 
 int SALQAM_SondeoDetallado(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                            const char *modelo, int, const char *sufijo, int, int)
 {
-    // The advanced page's status block is the same for both status pages.
-    return SALCOMUN_Fases(modo, modelo, htmlsondeoDetaladoCabeceraQAM, [&](bool configTotal) {
-        return SALQAMINT_PintaLineaSondeo(documento, esMaster, configTotal, configTotal ? 0 : 1, canales, modelo, sufijo);
-    });
+    return SALCOMUN_Entrada(SALQAMINT_Familia, SALCOMUN_PaginaDetallado, modo, documento, esMaster, canales, 0, modelo, 0,
+                            sufijo);
 }
 
 int SALQAM_GeneraTransporte(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int opciones, int, int,
                             const char *modelo, int fila, const char *sufijo, int, int)
 {
-    return SALCOMUN_Fases(
-        modo, modelo, htmlinfotransporteinicioQAM,
-        [&](bool configTotal) {
-            return SALQAMINT_PintaLineaTransporte(documento, esMaster, configTotal, canales, opciones, modelo, sufijo);
-        },
-        [&] {
-            const std::string tipos = SALCOMUN_SelectTodas("autochan", SALQAM_TiposTabla, strJSCambioTodas);
-            return UTILS_Formatea(htmlultimalineaTransporteQAM, fila, tipos.c_str());
-        });
+    return SALCOMUN_Entrada(SALQAMINT_Familia, SALCOMUN_PaginaTransporte, modo, documento, esMaster, canales, opciones, modelo, fila,
+                            sufijo);
 }
 
 int SALQAM_GeneraSalida(int modo, xmlDocPtr documento, int esMaster, uint8_t canales, int, int, int,
                         const char *modelo, int fila, const char *sufijo, int, int)
 {
-    return SALCOMUN_Fases(
-        modo, modelo, htmlinfosalidainicioQAM,
-        [&](bool configTotal) {
-            return SALQAMINT_PintaLineaSalida(documento, esMaster, configTotal, canales, modelo, sufijo);
-        },
-        [&] {
-            const std::string tablas = SALCOMUN_SelectTodas("outtab", SALQAM_TablasCanales, strJSCambioTodas);
-            const std::string modos = SALCOMUN_SelectTodas("outmod", SALQAM_ModosSalida, strJSCambioTodas);
-            const std::string interleavings = SALCOMUN_SelectTodas("outint", SALQAM_Interleavings, strJSCambioTodas);
-            const std::string salidas = SALCOMUN_SelectTodas("outout", SALCOMUN_TiposSalidaTodas, strJSCambioSalidaTodas);
-            return UTILS_Formatea(htmlultimalineaSalidaQAM, fila, tablas.c_str(), modos.c_str(),
-                                             interleavings.c_str(), salidas.c_str());
-        });
+    return SALCOMUN_Entrada(SALQAMINT_Familia, SALCOMUN_PaginaSalida, modo, documento, esMaster, canales, 0, modelo, fila,
+                            sufijo);
 }

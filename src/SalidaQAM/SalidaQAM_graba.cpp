@@ -39,7 +39,8 @@ constexpr SALCOMUN_CampoUnidad SALQAMINT_EscriturasTransporte[] = {
 };
 
 // Per-line lists, in this order; PIDs have no IP-service counterpart (the unit keeps the
-// input's PIDs), so their lines above the channel count are dropped.
+// input's PIDs), so their lines above the channel count are dropped. The one-part number
+// shown for "CVCT 1" goes back to the major number unchanged.
 constexpr SALCOMUN_ListaLineas SALQAMINT_ListasTransporte[] = {
     {"cnam", UTILSXML_GrabaSALTSCanalNombre, UTILSXML_GrabaENTRAIPSERVNAMEOUT},
     {"svpid", UTILSXML_GrabaSALTSCanalVIDEOPID, nullptr},
@@ -54,31 +55,11 @@ constexpr SALCOMUN_ListaLineas SALQAMINT_ListasTransporte[] = {
 
 int SALQAM_GrabaSalida(xmlDocPtr documento, char *formulario)
 {
-    if (formulario == nullptr)
-        return SALCOMUN_SinTexto;
-    const SALCOMUN_Valores valores(formulario, SALQAMINT_ClavesSalida);
-    if (valores.FaltaRequerida() || SALCOMUN_NumCanales(valores["numcanales"]) == 0)
-        return SALCOMUN_DatosInvalidos;
-    return SALCOMUN_GrabaCampos(documento, valores, SALQAMINT_EscriturasSalida);
+    return SALCOMUN_Graba(documento, formulario, {SALQAMINT_ClavesSalida, SALQAMINT_EscriturasSalida});
 }
 
 int SALQAM_GrabaTransporte(xmlDocPtr documento, char *formulario)
 {
-    if (formulario == nullptr)
-        return SALCOMUN_SinTexto;
-    const SALCOMUN_Valores valores(formulario, SALQAMINT_ClavesTransporte);
-    const int numcanales = SALCOMUN_NumCanales(valores["numcanales"]);
-    if (valores.FaltaRequerida() || numcanales == 0)
-        return SALCOMUN_DatosInvalidos;
-
-    int resultado = SALCOMUN_GrabaCampos(documento, valores, SALQAMINT_EscriturasTransporte);
-    // Values are stored as received: the one-part number shown for "CVCT 1" goes back to the
-    // major number unchanged.
-    SALCOMUN_LineasIP lineasIP;
-    if (lineasIP.Prepara(numcanales, valores["haysalidaip"], valores["ntotserv"], valores["entip"],
-                         valores["lsnumserv"]) != 0)
-        resultado = 6;
-    if (SALCOMUN_GrabaListas(documento, valores, SALQAMINT_ListasTransporte, numcanales, lineasIP) != 0)
-        resultado = 6;
-    return resultado;
+    return SALCOMUN_Graba(documento, formulario,
+                          {SALQAMINT_ClavesTransporte, SALQAMINT_EscriturasTransporte, SALQAMINT_ListasTransporte});
 }
