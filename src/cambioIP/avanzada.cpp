@@ -74,11 +74,11 @@ int CIP_MuestraTodalaCongif(char *formulario)
     std::string sufijo;
     CIPINT_TomaCampo(formulario, "sufijo", sufijo, CIP_TamValor);
     const int esMaster = sufijo.empty() ? 1 : 0;
-    std::fputs(htmlConfigTotalInicio, stdout);
+    UTILS_Imprime(htmlConfigTotalInicio);
 
     CIPINT_Directorio directorio;
     if (!directorio)
-        return std::printf("%s", htmlConfigTotalFin);
+        return UTILS_ImprimeFormato("%s", htmlConfigTotalFin);
 
     CIPINT_DocumentoUnidad status = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 1), 1);
     CIPINT_ModeloUnidad modelo;
@@ -96,19 +96,19 @@ int CIP_MuestraTodalaCongif(char *formulario)
         UTILS_Formatea(htmlConfigTotalCabecera, UTILS_Escapa(id).c_str(), UTILS_Escapa(orden).c_str(),
                        UTILS_Escapa(modelo.texto).c_str(), UTILS_Escapa(serie).c_str(),
                        UTILS_Escapa(mac).c_str(), UTILS_Escapa(ip).c_str());
-    std::fputs(cabecera.c_str(), stdout);
+    UTILS_Imprime(cabecera);
 
     SALCOMUN_FuncionPagina sondeo = CIPINT_FuncionSeccion(CIP_FuncionesSondeoRapido, modelo.familia);
     if (sondeo == nullptr) {
         CIPINT_ErrorGraveWeb(2);
-        return std::printf("%s", htmlConfigTotalFin);
+        return UTILS_ImprimeFormato("%s", htmlConfigTotalFin);
     }
     CIPINT_PintaSeccion(sondeo, status.get(), esMaster, modelo);
 
     CIPINT_DocumentoUnidad config = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0);
     if (!config) {
         CIPINT_ErrorGraveWeb(1);
-        return std::printf("%s", htmlConfigTotalFin);
+        return UTILS_ImprimeFormato("%s", htmlConfigTotalFin);
     }
     for (const CIP_TablaPagina *tabla : CIP_SeccionesPagina) {
         SALCOMUN_FuncionPagina seccion = CIPINT_FuncionSeccion(*tabla, modelo.familia);
@@ -119,7 +119,7 @@ int CIP_MuestraTodalaCongif(char *formulario)
 
     config.Cierra(false);
     status.Cierra(false);
-    return std::printf("%s", htmlConfigTotalFin);
+    return UTILS_ImprimeFormato("%s", htmlConfigTotalFin);
 }
 
 int CIP_GrabaInfoTotal(char *formulario)
@@ -141,7 +141,7 @@ int CIP_GrabaInfoTotal(char *formulario)
         CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0, true);
     if (!documento) {
         CIPINT_ErrorGraveWeb(6);
-        return std::printf("Config stored (IP: %s, model %s)<br>\n", UTILS_Escapa(direccion).c_str(), "unknown");
+        return UTILS_ImprimeFormato("Config stored (IP: %s, model %s)<br>\n", UTILS_Escapa(direccion).c_str(), "unknown");
     }
 
     CIPINT_ModeloUnidad modelo;
@@ -178,7 +178,7 @@ int CIP_GrabaInfoTotal(char *formulario)
         std::strcpy(leida, "unknown");
     const std::string direccionHtml = UTILS_Escapa(leida);
     const std::string modeloHtml = UTILS_Escapa(modelo.texto);
-    std::printf("Processing data for unit with ip %s, model %s<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
+    UTILS_ImprimeFormato("Processing data for unit with ip %s, model %s<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
 
     const long numCanales = std::strtol(canales.c_str(), nullptr, 10);
     if (numCanales < 1 || numCanales > 9) {
@@ -193,7 +193,7 @@ int CIP_GrabaInfoTotal(char *formulario)
             const int resultado = grabar == nullptr ? 2 : grabar(documento.get(), registro.data());
             if (resultado != 0) {
                 CIPINT_ErrorGraveWeb(resultado);
-                std::fputs(seccion.error, stdout);
+                UTILS_Imprime(seccion.error);
             }
         }
     }
@@ -205,18 +205,18 @@ int CIP_GrabaInfoTotal(char *formulario)
         return CIPINT_ErrorGraveWeb(6);
 
     if (enviar != "1")
-        return std::printf("Config stored (IP: %s, model %s)<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
-    std::printf("Config Sent (IP: %s, model %s)<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
+        return UTILS_ImprimeFormato("Config stored (IP: %s, model %s)<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
+    UTILS_ImprimeFormato("Config Sent (IP: %s, model %s)<br>\n", direccionHtml.c_str(), modeloHtml.c_str());
     if (esMaster) {
         if (GESTFICH_WriteCommandtoFile(GESTFICH_ComandoCambioMaster, UTILS_MapeaRuta(GESTFICH_FicheroComando).c_str()) == 0)
             return 0;
-        std::printf("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
+        UTILS_ImprimeFormato("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
         return CIPINT_ErrorGraveWeb(6);
     }
     const std::string entrada = UTILS_Formatea("network.%s\n", sufijo.c_str());
     if (GESTFICH_AddFiletoChanges(entrada.data(), static_cast<long>(entrada.size()),
                                   UTILS_MapeaRuta(GESTFICH_FicheroCambios).c_str()) == 0)
-        return std::printf("Unit with ip %s added to the queue...<br>\n", direccionHtml.c_str());
-    std::printf("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
+        return UTILS_ImprimeFormato("Unit with ip %s added to the queue...<br>\n", direccionHtml.c_str());
+    UTILS_ImprimeFormato("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
     return CIPINT_ErrorGraveWeb(6);
 }

@@ -40,15 +40,15 @@ int CIPINT_BloqueoWeb()
     const char *const ocupados[] = {GESTFICH_BloqueoControl, GESTFICH_FicheroComando, GESTFICH_BloqueoHBK};
     for (const char *fichero : ocupados) {
         if (GESTFICHINT_CheckFile(UTILS_MapeaRuta(fichero).c_str()) != 0) {
-            std::fputs("1", stdout);
+            UTILS_Imprime("1");
             return 1;
         }
     }
     if (GESTFICHINT_CreateFile(UTILS_MapeaRuta(GESTFICH_BloqueoWeb).c_str()) != 0) {
-        std::fputs("1", stdout);
+        UTILS_Imprime("1");
         return 1;
     }
-    std::fputs("0", stdout);
+    UTILS_Imprime("0");
     return 0;
 }
 
@@ -56,7 +56,7 @@ int CIPINT_BloqueoWeb()
 int CIPINT_DesbloqueoWeb()
 {
     GESTFICHINT_DeleteFile(UTILS_MapeaRuta(GESTFICH_BloqueoWeb).c_str());
-    std::fputs("0", stdout);
+    UTILS_Imprime("0");
     return 0;
 }
 
@@ -194,7 +194,7 @@ int CIP_Main()
     std::signal(SIGXFSZ, SIG_IGN);
 
     PROCCGI_Texto formulario(LoadInput());
-    std::printf("%s%c%c\n", "Content-Type:text/html;charset=UTF-8", 13, 10);
+    UTILS_ImprimeFormato("%s%c%c\n", "Content-Type:text/html;charset=UTF-8", 13, 10);
 
     long comando = CIPINT_LeeComando(formulario.get());
     // The CGI always works on the master's live configuration directory.
@@ -205,17 +205,17 @@ int CIP_Main()
 
     bool envoltorio = fila == nullptr || fila->envoltorio;
     if (envoltorio)
-        std::fputs(CIP_HtmlInicio, stdout);
+        UTILS_Imprime(CIP_HtmlInicio);
 
     if (fila == nullptr)
-        std::fputs(CIP_HtmlComandoDesconocido, stdout);
+        UTILS_Imprime(CIP_HtmlComandoDesconocido);
     else if (fila->conFormulario != nullptr)
         fila->conFormulario(formulario.get());
     else
         fila->sinFormulario();
 
     if (envoltorio)
-        std::fputs(CIP_HtmlFin, stdout);
+        UTILS_Imprime(CIP_HtmlFin);
     std::fflush(stdout);
     return 0;
 }

@@ -410,7 +410,7 @@ int CIPINT_PintaLineaConfigEntrada(xmlDocPtr documento, int esMaster, int avanza
     }
     const std::string linea =
         CIPINT_FormateaFila(unidad.disposicion, avanzado != 0, columnas, orden, celdaModelo, forzar, ocultos);
-    std::fputs(linea.c_str(), stdout);
+    UTILS_Imprime(linea);
     return 0;
 }
 
@@ -421,11 +421,9 @@ int CIPINT_GeneraEntrada(int fase, xmlDocPtr documento, int esMaster, uint8_t ca
     const CIP_Disposicion disposicion = CIPINT_DisposicionCabecera(familia);
     switch (fase) {
     case 0:
-        std::fputs(UTILS_Formatea(disposicion == CIP_Disposicion::Normal ? htmlinfoentradainicio
-                                  : disposicion == CIP_Disposicion::EU   ? htmlinfoentradainicioEU
-                                                                         : htmlinfoentradainicioLAT)
-                       .c_str(),
-                   stdout);
+        UTILS_Imprime(UTILS_Formatea(disposicion == CIP_Disposicion::Normal ? htmlinfoentradainicio
+                                     : disposicion == CIP_Disposicion::EU   ? htmlinfoentradainicioEU
+                                                                            : htmlinfoentradainicioLAT));
         return 0;
     case 1:
         if (modelo == nullptr)
@@ -433,13 +431,11 @@ int CIPINT_GeneraEntrada(int fase, xmlDocPtr documento, int esMaster, uint8_t ca
         return CIPINT_PintaLineaConfigEntrada(documento, esMaster, 0, canales, opciones, entradasVideo, capacidades,
                                               modelo, 0, sufijo, familia, parametro);
     case 2:
-        std::fputs(UTILS_Formatea(disposicion == CIP_Disposicion::Normal ? htmlinfoentradaultimalinea
-                                  : disposicion == CIP_Disposicion::EU   ? htmlinfoentradaultimalineaEU
-                                                                         : htmlinfoentradaultimalineaLAT,
-                                  fila)
-                       .c_str(),
-                   stdout);
-        std::fputs(htmlfintabla, stdout);
+        UTILS_Imprime(UTILS_Formatea(disposicion == CIP_Disposicion::Normal ? htmlinfoentradaultimalinea
+                                     : disposicion == CIP_Disposicion::EU   ? htmlinfoentradaultimalineaEU
+                                                                            : htmlinfoentradaultimalineaLAT,
+                                     fila));
+        UTILS_Imprime(htmlfintabla);
         return 0;
     case 3:
         return CIPINT_PintaLineaConfigEntrada(documento, esMaster, 1, canales, opciones, entradasVideo, capacidades,

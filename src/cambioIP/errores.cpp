@@ -2,6 +2,8 @@
 // or a result.
 #include "cambioIP/cambioIP.h"
 
+#include "utils/utils.h"
+
 #include <cstdio>
 
 namespace {
@@ -35,6 +37,6 @@ int CIPINT_ErrorGraveWeb(int codigo)
     for (const CIP_TextoError &fila : CIP_TextosError)
         if (fila.codigo == codigoByte)
             texto = fila.texto;
-    std::fputs(texto, stdout);
+    UTILS_Imprime(texto);
     return 0;
 }

@@ -77,7 +77,7 @@ int CIPINT_PintaLineaListaUnidades(xmlDocPtr documento, int esMaster, uint8_t, i
         campos[CIP_ListaIP].c_str(), campos[CIP_ListaSerie].c_str(), campos[CIP_ListaHardware].c_str(),
         campos[CIP_ListaSoftware].c_str(), campos[CIP_ListaBoot].c_str(), campos[CIP_ListaSO].c_str(),
         campos[CIP_ListaInterfaz].c_str(), nombreCaja.c_str(), nombreCaja.c_str());
-    std::fputs(fila.c_str(), stdout);
+    UTILS_Imprime(fila);
     return 0;
 }
 
@@ -87,7 +87,7 @@ int CIPINT_GeneraListaUnidades(int fase, xmlDocPtr documento, int esMaster, uint
 {
     switch (fase) {
     case 0:
-        std::fputs(UTILS_Formatea(htmlListaUnidadesCabecera).c_str(), stdout);
+        UTILS_Imprime(UTILS_Formatea(htmlListaUnidadesCabecera));
         return 0;
     case 1:
         if (modelo == nullptr)
@@ -95,8 +95,8 @@ int CIPINT_GeneraListaUnidades(int fase, xmlDocPtr documento, int esMaster, uint
         return CIPINT_PintaLineaListaUnidades(documento, esMaster, canales, opciones, entradasVideo, capacidades,
                                               modelo, 0, sufijo);
     case 2:
-        std::fputs(UTILS_Formatea(htmlultimalineaListaUnidades, fila).c_str(), stdout);
-        std::fputs(htmlfintabla, stdout);
+        UTILS_Imprime(UTILS_Formatea(htmlultimalineaListaUnidades, fila));
+        UTILS_Imprime(htmlfintabla);
         return 0;
     case 3:
         // The advanced page has no unit-list section.

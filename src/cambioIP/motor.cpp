@@ -134,7 +134,7 @@ int CIPINT_GenerarPagina(const CIP_TablaPagina *tabla, int modo)
                 // One unreadable document is a row of its own; the rest of the rack follows.
                 ++filas;
                 const std::string direccion = esMaster ? "master" : CIPINT_DireccionDeRuta(documento.ruta(), tipo);
-                std::fputs(UTILS_Formatea(htmlFilaIlegible, filas, UTILS_Escapa(direccion).c_str()).c_str(), stdout);
+                UTILS_Imprime(UTILS_Formatea(htmlFilaIlegible, filas, UTILS_Escapa(direccion).c_str()));
                 continue;
             }
             unidad = CIP_Modelo{};
@@ -205,7 +205,7 @@ int CIPINT_GrabarPagina(const CIP_TablaGrabar *tabla, char *formulario)
     if (UTILSXML_LeeIP(documento.get(), direccion, sizeof direccion - 1) != 0)
         std::strcpy(direccion, "unknown");
     const std::string direccionHtml = UTILS_Escapa(direccion);
-    std::printf("Processing data for unit with ip %s, model %s<br>\n", direccionHtml.c_str(),
+    UTILS_ImprimeFormato("Processing data for unit with ip %s, model %s<br>\n", direccionHtml.c_str(),
                 UTILS_Escapa(unidad.texto).c_str());
 
     // No field of a unit document holds a line break or another control byte: a request
@@ -226,23 +226,23 @@ int CIPINT_GrabarPagina(const CIP_TablaGrabar *tabla, char *formulario)
     // family's save succeeded.
     const int marcado = UTILSXML_GrabaCambiosWeb(documento.get(), "1");
     if (documento.Cierra(true) != 0) {
-        std::printf("Changes for ip %s were not saved!<br>\n", direccionHtml.c_str());
+        UTILS_ImprimeFormato("Changes for ip %s were not saved!<br>\n", direccionHtml.c_str());
         return CIPINT_ErrorGraveWeb(6);
     }
     bool encolado = true;
     if (resultado == 0 && !entradaCola.empty()) {
         encolado = GESTFICH_AddFiletoChanges(entradaCola.data(), static_cast<long>(entradaCola.size()),
                                              UTILS_MapeaRuta(GESTFICH_FicheroCambios).c_str()) == 0;
-        std::printf(encolado ? "Unit with ip %s added to the queue...<br>\n"
+        UTILS_ImprimeFormato(encolado ? "Unit with ip %s added to the queue...<br>\n"
                              : "Unit with ip %s could not be added to the queue!<br>\n",
                     direccionHtml.c_str());
     } else if (resultado == 0) {
         encolado = GESTFICH_WriteCommandtoFile(GESTFICH_ComandoCambioMaster,
                                                UTILS_MapeaRuta(GESTFICH_FicheroComando).c_str()) == 0;
         if (!encolado)
-            std::printf("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
+            UTILS_ImprimeFormato("Unit with ip %s could not be added to the queue!<br>\n", direccionHtml.c_str());
     }
-    std::printf("Changes saved for ip %s, please wait a few seconds while the unit applies them!<br>\n",
+    UTILS_ImprimeFormato("Changes saved for ip %s, please wait a few seconds while the unit applies them!<br>\n",
                 direccionHtml.c_str());
     if (marcado != 0 || !encolado)
         return CIPINT_ErrorGraveWeb(6);

@@ -180,7 +180,7 @@ int CMDREMOTEINT_EjecutaYResponde(const char *plantilla, std::initializer_list<c
     const std::string ruta = UTILS_MapeaRuta(UTILS_Formatea("%s/%s", CMDREMOTE_Directorio, fichero).c_str());
     std::unique_ptr<std::FILE, CMDREMOTEINT_CierraResultado> resultado(GESTFICHINT_OpenFile(ruta.c_str()));
     if (!resultado) {
-        std::fputs("No answer from STB, command execution Failed, Check STB status and/or IP.<br>\n", stdout);
+        UTILS_Imprime("No answer from STB, command execution Failed, Check STB status and/or IP.<br>\n");
         return -1;
     }
     char respuesta[CIP_TamValorOperacion] = {};
@@ -189,8 +189,8 @@ int CMDREMOTEINT_EjecutaYResponde(const char *plantilla, std::initializer_list<c
     // A line that filled the whole buffer has no terminator of its own.
     respuesta[sizeof respuesta - 1] = '\0';
     if (respuesta[0] != '\0')
-        std::printf("Answer from STB: %s  <br>\n", UTILS_Escapa(respuesta).c_str());
-    std::fputs(estado == 0 ? "Command Issued successfully!<br>\n" : "Command Issued but failed!<br>\n", stdout);
+        UTILS_ImprimeFormato("Answer from STB: %s  <br>\n", UTILS_Escapa(respuesta).c_str());
+    UTILS_Imprime(estado == 0 ? "Command Issued successfully!<br>\n" : "Command Issued but failed!<br>\n");
     return GESTFICHINT_CloseFile(resultado.release());
 }
 
@@ -208,7 +208,7 @@ int CIP_GrabaInfoUpdate(char *formulario)
 
     CIPINT_Directorio directorio;
     if (!directorio)
-        return std::printf("<br><h2><center><strong> ERROR! Unable to open config data.<br> please contact technical "
+        return UTILS_ImprimeFormato("<br><h2><center><strong> ERROR! Unable to open config data.<br> please contact technical "
                            "support.</strong></center></h2>\n");
 
     // Another unit is named by its suffix, the part of its file name between "network."
@@ -221,13 +221,13 @@ int CIP_GrabaInfoUpdate(char *formulario)
 
     CIPINT_DocumentoUnidad documento = CIPINT_DocumentoUnidad::Abre(directorio.get(), ruta, 0, true);
     if (!documento)
-        return std::printf("<br>ERROR! Unable to save changes for id '%s'. \n", UTILS_Escapa(sufijo).c_str());
+        return UTILS_ImprimeFormato("<br>ERROR! Unable to save changes for id '%s'. \n", UTILS_Escapa(sufijo).c_str());
 
     // One byte more than the read: an identifier of exactly 40 bytes stays terminated.
     char id[40 + 1] = {};
     if (UTILSXML_LeeIDUnit(documento.get(), id, sizeof id - 1) != 0)
         std::strcpy(id, "unknown");
-    std::printf(master ? "Programming update for this unit (id: %s)<br>\n" : "Programming update for unit with id %s<br>\n",
+    UTILS_ImprimeFormato(master ? "Programming update for this unit (id: %s)<br>\n" : "Programming update for unit with id %s<br>\n",
                 UTILS_Escapa(id).c_str());
 
     // Not reported when it fails: the line above is already on the page.
@@ -301,7 +301,7 @@ void EnvioComandosSTB(char *formulario)
             return;
         }
         const char *nombre = CMDREMOTE_Tecla[numero - 1];
-        std::printf("Sending Remote key '%s' to STB at IP %s<br>\n", nombre, direccionHtml.c_str());
+        UTILS_ImprimeFormato("Sending Remote key '%s' to STB at IP %s<br>\n", nombre, direccionHtml.c_str());
         const std::string digito = UTILS_Formatea("%01d", static_cast<int>(op - 1));
         enviaTeclaRemota(nombre, digito.c_str(), direccion);
         break;
@@ -309,18 +309,18 @@ void EnvioComandosSTB(char *formulario)
     case CMDREMOTE_Enciende:
     case CMDREMOTE_Apaga: {
         const bool enciende = accion == CMDREMOTE_Enciende;
-        std::printf(enciende ? "Powering ON STB at IP %s<br>\n" : "Powering OFF STB at IP %s<br>\n",
+        UTILS_ImprimeFormato(enciende ? "Powering ON STB at IP %s<br>\n" : "Powering OFF STB at IP %s<br>\n",
                     direccionHtml.c_str());
         enviaTeclaRemota(enciende ? "poweron" : "poweroff", CMDREMOTE_OperacionPulsa, direccion);
         break;
     }
     case CMDREMOTE_Reset:
         // The boxes have no reset through the scripts: the operator is told so.
-        std::printf("Sending Reset to STB at IP %s<br>\n", direccionHtml.c_str());
+        UTILS_ImprimeFormato("Sending Reset to STB at IP %s<br>\n", direccionHtml.c_str());
         CIPINT_ErrorGraveWeb(100);
         break;
     case CMDREMOTE_Sintoniza:
-        std::printf("Tuning STB at IP %s to major channel %s <br>\n", direccionHtml.c_str(),
+        UTILS_ImprimeFormato("Tuning STB at IP %s to major channel %s <br>\n", direccionHtml.c_str(),
                     UTILS_Escapa(canal).c_str());
         tuneSTB(canal, direccion);
         break;

@@ -50,7 +50,7 @@ int CIPINT_PintaLineaConfigRed(xmlDocPtr documento, int esMaster, int avanzado, 
             CIPINT_InputDireccion("networkipdir" + suf, "networkipdir" + suf, ip, dhcpActivo).c_str(),
             CIPINT_InputDireccion("lmask" + suf, "lmask" + suf, mascara, dhcpActivo).c_str(),
             CIPINT_InputDireccion("lgate" + suf, "lgate" + suf, gateway, dhcpActivo).c_str());
-        std::fputs(seccion.c_str(), stdout);
+        UTILS_Imprime(seccion);
         return 0;
     }
 
@@ -80,7 +80,7 @@ int CIPINT_PintaLineaConfigRed(xmlDocPtr documento, int esMaster, int avanzado, 
         CIPINT_InputDireccion("lmask" + suf, "networkmask" + suf, mascara, dhcpActivo).c_str(),
         CIPINT_InputDireccion("lgate" + suf, "gateway" + suf, gateway, dhcpActivo).c_str(), gemelos.c_str(),
         cajaForzar.c_str(), inputOrden.c_str());
-    std::fputs(linea.c_str(), stdout);
+    UTILS_Imprime(linea);
     return 0;
 }
 
@@ -90,7 +90,7 @@ int CIPINT_GeneraConfigRed(int fase, xmlDocPtr documento, int esMaster, uint8_t 
 {
     switch (fase) {
     case 0:
-        std::fputs(UTILS_Formatea(htmlNetworkCabecera).c_str(), stdout);
+        UTILS_Imprime(UTILS_Formatea(htmlNetworkCabecera));
         return 0;
     case 1:
         if (modelo == nullptr)
@@ -98,8 +98,8 @@ int CIPINT_GeneraConfigRed(int fase, xmlDocPtr documento, int esMaster, uint8_t 
         return CIPINT_PintaLineaConfigRed(documento, esMaster, 0, canales, opciones, entradasVideo, capacidades,
                                           modelo, fila, sufijo);
     case 2:
-        std::fputs(UTILS_Formatea(htmlNetworkultimalinea, fila).c_str(), stdout);
-        std::fputs(htmlfintabla, stdout);
+        UTILS_Imprime(UTILS_Formatea(htmlNetworkultimalinea, fila));
+        UTILS_Imprime(htmlfintabla);
         return 0;
     case 3:
         return CIPINT_PintaLineaConfigRed(documento, esMaster, 1, canales, opciones, entradasVideo, capacidades,

@@ -307,7 +307,7 @@ int CIPINT_PintaLineaSalidaIP(xmlDocPtr documento, int esMaster, int avanzado, u
                                      celdas.protocolo.c_str(), celdas.fec.c_str(), celdas.anexo.c_str(),
                                      forzar.c_str(), ocultos.c_str());
     }
-    std::fputs(linea.c_str(), stdout);
+    UTILS_Imprime(linea);
     return 0;
 }
 
@@ -318,7 +318,7 @@ int CIPINT_GeneraSalidaIP(int fase, xmlDocPtr documento, int esMaster, uint8_t c
     const bool usa = familia == SALCOMUN_FamiliaQAM;
     switch (fase) {
     case 0:
-        std::fputs(UTILS_Formatea(usa ? htmlSalidaIPCabeceraUSA : htmlSalidaIPCabecera).c_str(), stdout);
+        UTILS_Imprime(UTILS_Formatea(usa ? htmlSalidaIPCabeceraUSA : htmlSalidaIPCabecera));
         return 0;
     case 1:
         if (modelo == nullptr)
@@ -326,8 +326,8 @@ int CIPINT_GeneraSalidaIP(int fase, xmlDocPtr documento, int esMaster, uint8_t c
         return CIPINT_PintaLineaSalidaIP(documento, esMaster, 0, canales, opciones, entradasVideo, capacidades,
                                          modelo, fila, sufijo, familia, parametro);
     case 2:
-        std::fputs(UTILS_Formatea(usa ? htmlSalidaIPultimalineaUSA : htmlSalidaIPultimalinea, fila).c_str(), stdout);
-        std::fputs(htmlfintabla, stdout);
+        UTILS_Imprime(UTILS_Formatea(usa ? htmlSalidaIPultimalineaUSA : htmlSalidaIPultimalinea, fila));
+        UTILS_Imprime(htmlfintabla);
         return 0;
     case 3:
         return CIPINT_PintaLineaSalidaIP(documento, esMaster, 1, canales, opciones, entradasVideo, capacidades,
@@ -398,7 +398,7 @@ int CIPINT_GrabaSalidaIP(xmlDocPtr documento, char *formulario)
                                ? !valores[k].presente || valores[k].texto[0] == '\0'
                                : CIP_ClavesIP[k].requisito == CIP_Requisito::Lista && !valores[k].presente;
         if (falta) {
-            std::printf("BAD data %d.<br>\n", CIP_ErrorClavesIP);
+            UTILS_ImprimeFormato("BAD data %d.<br>\n", CIP_ErrorClavesIP);
             return 7;
         }
     }

@@ -147,11 +147,11 @@ int CIP_MuestraListaServicios(char *formulario)
     CIPINT_TomaCampo(formulario, "entip", textoEntrada, CIP_TamValor);
     if (!CIPINT_TomaCampo(formulario, "total", total, CIP_TamValor))
         total = "0";
-    std::fputs(htmlListaServiciosInicio, stdout);
+    UTILS_Imprime(htmlListaServiciosInicio);
 
     CIPINT_Directorio directorio;
     if (!directorio)
-        return std::printf("%s", htmlListaServiciosFin);
+        return UTILS_ImprimeFormato("%s", htmlListaServiciosFin);
 
     // The model comes from the type the unit reports in its status document.
     CIPINT_DocumentoUnidad status = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 1), 1);
@@ -159,10 +159,10 @@ int CIP_MuestraListaServicios(char *formulario)
     if (status)
         UTILSXML_STATUS_LeeTipoUnidad(status.get(), modelo.texto, sizeof modelo.texto - 1);
     modelo.Resuelve();
-    std::fputs((CIPINT_OcultosUnidad(sufijo, modelo) + CIPINT_Oculto("total", total)).c_str(), stdout);
+    UTILS_Imprime(CIPINT_OcultosUnidad(sufijo, modelo) + CIPINT_Oculto("total", total));
     if (!modelo.TieneIP()) {
-        std::fputs(htmlListaServiciosErronea, stdout);
-        return std::printf("%s", htmlListaServiciosFin);
+        UTILS_Imprime(htmlListaServiciosErronea);
+        return UTILS_ImprimeFormato("%s", htmlListaServiciosFin);
     }
 
     CIPINT_DocumentoUnidad config = CIPINT_DocumentoUnidad::Abre(directorio.get(), CIPINT_RutaUnidad(sufijo, 0), 0);
@@ -178,8 +178,7 @@ int CIP_MuestraListaServicios(char *formulario)
 
     const long servicios = entradaValida ? UTILS_Numero(CIPINT_LeeEntrada(UTILSXML_LeeENTRAIPNUMSERV, config.get(), k))
                                          : 0;
-    std::fputs((CIPINT_Oculto("lsnumserv", std::to_string(servicios)) + CIPINT_Oculto("entip", std::to_string(k))).c_str(),
-               stdout);
+    UTILS_Imprime(CIPINT_Oculto("lsnumserv", std::to_string(servicios)) + CIPINT_Oculto("entip", std::to_string(k)));
 
     if (entradaValida && servicios > 0) {
         std::string lista = UTILS_Formatea(htmlListaServiciosCabecera, static_cast<int>(k));
@@ -187,15 +186,15 @@ int CIP_MuestraListaServicios(char *formulario)
             lista += CIPINT_LineaServicio(config.get(), status.get(), k, j, limiteBitrate);
         const std::string libre = CIPINT_ONoSabido(CIPINT_LeeStatus(UTILSXML_STATUS_LeeENTRIPBITRATEFREE, status.get()));
         lista += UTILS_Formatea(htmlListaServiciosPie, UTILS_Escapa(libre).c_str());
-        std::fputs(lista.c_str(), stdout);
+        UTILS_Imprime(lista);
     } else {
-        std::fputs(htmlListaServiciosErronea, stdout);
+        UTILS_Imprime(htmlListaServiciosErronea);
     }
 
     config.Cierra(false);
     status.Cierra(false);
-    std::fputs(htmlListaServiciosBotones, stdout);
-    return std::printf("%s", htmlListaServiciosFin);
+    UTILS_Imprime(htmlListaServiciosBotones);
+    return UTILS_ImprimeFormato("%s", htmlListaServiciosFin);
 }
 
 int CIP_GrabaListServicios(char *formulario)

@@ -38,7 +38,7 @@ int CIPINT_GeneraTestComun(int tipo, int fase, xmlDocPtr documento, int esMaster
 {
     switch (fase) {
     case 0:
-        std::fputs(UTILS_Formatea(tipo == CIP_TestEU ? htmlinfotestinicioEU : htmlinfotestinicio).c_str(), stdout);
+        UTILS_Imprime(UTILS_Formatea(tipo == CIP_TestEU ? htmlinfotestinicioEU : htmlinfotestinicio));
         return 0;
     case 1:
         if (modelo == nullptr)
@@ -46,8 +46,8 @@ int CIPINT_GeneraTestComun(int tipo, int fase, xmlDocPtr documento, int esMaster
         return CIPINT_PintaLineaTest(documento, esMaster, 0, canales, opciones, entradasVideo, capacidades, modelo,
                                      0, sufijo, tipo);
     case 2:
-        std::fputs(UTILS_Formatea(tipo == CIP_TestEU ? htmlultimalineaEU : htmlultimalinea, fila).c_str(), stdout);
-        std::fputs(htmlfintabla, stdout);
+        UTILS_Imprime(UTILS_Formatea(tipo == CIP_TestEU ? htmlultimalineaEU : htmlultimalinea, fila));
+        UTILS_Imprime(htmlfintabla);
         return 0;
     case 3:
         return CIPINT_PintaLineaTest(documento, esMaster, 1, canales, opciones, entradasVideo, capacidades, modelo,
@@ -107,7 +107,7 @@ int CIPINT_PintaLineaTest(xmlDocPtr documento, int esMaster, int avanzado, uint8
                                     cajas[1].c_str(), cajas[2].c_str(), cajas[3].c_str(), forzar.c_str(),
                                     ocultos.c_str());
     }
-    std::fputs(linea.c_str(), stdout);
+    UTILS_Imprime(linea);
     return 0;
 }
 

@@ -61,7 +61,7 @@ std::string CIPINT_CampoConControl(const char *formulario)
 
 void CIPINT_AvisaRechazo(std::string_view campo)
 {
-    std::fputs(UTILS_Formatea(htmlValorRechazado, UTILS_Escapa(campo).c_str()).c_str(), stdout);
+    UTILS_Imprime(UTILS_Formatea(htmlValorRechazado, UTILS_Escapa(campo).c_str()));
 }
 
 std::string CIPINT_DireccionesRechazadas(std::string_view direccion, std::string_view mascara,

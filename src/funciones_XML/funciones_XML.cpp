@@ -96,7 +96,7 @@ void imprime(const char *mensaje, ...)
 {
     std::va_list argumentos;
     va_start(argumentos, mensaje);
-    std::vprintf(mensaje, argumentos);
+    UTILS_ImprimeFormatoV(mensaje, argumentos);
     va_end(argumentos);
     std::fflush(stdout);
 }

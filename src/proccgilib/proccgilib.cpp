@@ -182,14 +182,13 @@ void HandleString(const char *par)
     PROCCGI_Texto copia = PROCCGIINT_DecodificaPar(par, &clave, &valor);
     if (!copia)
         return;
-    std::printf("FORM_%s=", clave);
-    std::putchar('"');
+    std::string linea = std::string("FORM_") + clave + "=\"";
     for (const char *c = valor; *c != '\0'; ++c) {
         if (*c == '$' || *c == '"' || *c == '\\' || *c == '`')
-            std::putchar('\\');
-        std::putchar(*c);
+            linea += '\\';
+        linea += *c;
     }
-    std::printf("\"\n");
+    UTILS_Imprime(linea + "\"\n");
 }
 
 void GetValueKeys(const char *formulario, std::initializer_list<CampoForm> campos)

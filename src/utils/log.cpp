@@ -28,14 +28,13 @@ static_assert(bannerCircular.size() == 63);
 
 void escribe(std::string_view texto)
 {
-    if (!texto.empty())
-        std::fwrite(texto.data(), 1, texto.size(), stdout);
+    UTILS_Imprime(texto);
     std::fflush(stdout);
 }
 
 void escribeCaracter(char c)
 {
-    std::fputc(static_cast<unsigned char>(c), stdout);
+    UTILS_Imprime(std::string_view(&c, 1));
     std::fflush(stdout);
 }
 
@@ -126,13 +125,13 @@ void imprimeConPrintf(const Conversion &conv, const char *modificador, bool conA
     especificacion += modificador;
     especificacion += conv.letra;
     if (conAncho && conPrecision)
-        std::printf(especificacion.c_str(), ancho, precision, valor);
+        UTILS_ImprimeFormato(especificacion.c_str(), ancho, precision, valor);
     else if (conAncho)
-        std::printf(especificacion.c_str(), ancho, valor);
+        UTILS_ImprimeFormato(especificacion.c_str(), ancho, valor);
     else if (conPrecision)
-        std::printf(especificacion.c_str(), precision, valor);
+        UTILS_ImprimeFormato(especificacion.c_str(), precision, valor);
     else
-        std::printf(especificacion.c_str(), valor);
+        UTILS_ImprimeFormato(especificacion.c_str(), valor);
     std::fflush(stdout);
 }
 
@@ -284,7 +283,7 @@ int compruebaCircular()
     const int resultado = std::fseek(file_log, 0L, SEEK_SET);
     if (resultado != 0) {
         const std::string guiones(52, '-');
-        std::printf("\033[H\033[J%s\n%d:rewind_hbk_v7q:[ERROR]\n%s\n", guiones.c_str(),
+        UTILS_ImprimeFormato("\033[H\033[J%s\n%d:rewind_hbk_v7q:[ERROR]\n%s\n", guiones.c_str(),
                     static_cast<int>(getpid()), guiones.c_str());
         std::fflush(stdout);
     }
@@ -294,7 +293,7 @@ int compruebaCircular()
 void escribeMensajeConHora(const char *formato, std::va_list argumentos)
 {
     const long t = static_cast<long>(std::time(nullptr));
-    std::printf("[%li:%02li:%02li]", t / 3600, (t % 3600) / 60, t % 60);
+    UTILS_ImprimeFormato("[%li:%02li:%02li]", t / 3600, (t % 3600) / 60, t % 60);
     std::fflush(stdout);
     escribeMensaje(formato, argumentos);
 }
@@ -349,7 +348,7 @@ void perror_hbk_v7q(int error, const char *texto)
 {
     compruebaCircular();
     mensajeConHora("%s (errno=%i): ", texto, error);
-    std::printf("%s\n", std::strerror(error));
+    UTILS_ImprimeFormato("%s\n", std::strerror(error));
     std::fflush(stdout);
 }
 

@@ -98,3 +98,19 @@ long UTILS_Numero(std::string_view texto, long defecto)
     const long numero = std::strtol(copia.c_str(), &fin, 10);
     return fin == copia.c_str() ? defecto : numero;
 }
+
+int UTILS_ImprimeFormatoV(const char *formato, std::va_list argumentos)
+{
+    const std::string texto = UTILS_FormateaV(formato, argumentos);
+    UTILS_Imprime(texto);
+    return static_cast<int>(texto.size());
+}
+
+int UTILS_ImprimeFormato(const char *formato, ...)
+{
+    std::va_list argumentos;
+    va_start(argumentos, formato);
+    const int escritos = UTILS_ImprimeFormatoV(formato, argumentos);
+    va_end(argumentos);
+    return escritos;
+}

@@ -54,8 +54,12 @@ long UTILS_Numero(std::string_view texto, long defecto = 0);
 // & < > " ' become entities, everything else stays byte for byte.
 std::string UTILS_Escapa(std::string_view texto);
 
-// Writes a piece of the page to standard output, the answer of the request.
+// Writes a piece of the page to standard output, the answer of the request: every part of
+// the program writes the page through here.
 void UTILS_Imprime(std::string_view html);
+// The same, formatted as UTILS_Formatea does; the number of bytes written, as printf counts.
+[[gnu::format(printf, 1, 2)]] int UTILS_ImprimeFormato(const char *formato, ...);
+int UTILS_ImprimeFormatoV(const char *formato, std::va_list argumentos);
 
 // ---------------------------------------------------------------------------
 // Circular log
