@@ -7,9 +7,6 @@
 #include "cambioIP/paginas.h"
 #include "cambioIP/salida_ip.h"
 
-#include "SalidaCOFDM/SalidaCOFDM.h"
-#include "SalidaQAM/SalidaQAM.h"
-
 #include "gestfich/gestfich.h"
 #include "proccgilib/proccgilib.h"
 #include "utils/utils.h"
@@ -61,41 +58,6 @@ int CIPINT_DesbloqueoWeb()
 }
 
 } // namespace
-
-// The output modules' pages and saves, one slot per family. The ISDB-T and COFDM/QAM-B
-// modules are not part of this program yet: their slots are empty and their units are
-// answered with "Device not supported".
-const CIP_TablaPagina CIP_FuncionesSondeoRapido = {1, {SALQAM_SondeoRapido, SALCOFDM_SondeoRapido, nullptr, nullptr}};
-const CIP_TablaPagina CIP_FuncionesSondeoDetallado = {1, {SALQAM_SondeoDetallado, SALCOFDM_SondeoDetallado, nullptr, nullptr}};
-const CIP_TablaPagina CIP_FuncionesTransporte = {0, {SALQAM_GeneraTransporte, SALCOFDM_GeneraTransporte, nullptr, nullptr}};
-const CIP_TablaPagina CIP_FuncionesSalida = {0, {SALQAM_GeneraSalida, SALCOFDM_GeneraSalida, nullptr, nullptr}};
-const CIP_TablaGrabar CIP_FuncionesGrTransporte = {{SALQAM_GrabaTransporte, SALCOFDM_GrabaTransporte, nullptr, nullptr}};
-const CIP_TablaGrabar CIP_FuncionesGrabarSalida = {{SALQAM_GrabaSalida, SALCOFDM_GrabaSalida, nullptr, nullptr}};
-
-// The common pages and their saves: every family uses the same functions, except the
-// test page, whose QAM rows have an EAS column and whose other rows use the EU layout.
-const CIP_TablaPagina CIP_FuncionesListaUnidades = {
-    1, {CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades}};
-const CIP_TablaPagina CIP_FuncionesListaTest = {
-    1, {CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades, CIPINT_GeneraListaUnidades}};
-const CIP_TablaPagina CIP_FuncionesConfigRed = {
-    0, {CIPINT_GeneraConfigRed, CIPINT_GeneraConfigRed, CIPINT_GeneraConfigRed, CIPINT_GeneraConfigRed}};
-const CIP_TablaPagina CIP_FuncionesTest = {
-    0, {CIPINT_GeneraTest, CIPINT_GeneraTestEU, CIPINT_GeneraTestEU, CIPINT_GeneraTestEU}};
-const CIP_TablaGrabar CIP_FuncionesGrabarRed = {
-    {CIPINT_GrabaConfigRed, CIPINT_GrabaConfigRed, CIPINT_GrabaConfigRed, CIPINT_GrabaConfigRed}};
-const CIP_TablaGrabar CIP_FuncionesGrabarTest = {
-    {CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest, CIPINT_GrabaConfigTest}};
-// The encoder input page chooses its layout from the family itself.
-const CIP_TablaPagina CIP_FuncionesConfigEntrada = {
-    0, {CIPINT_GeneraEntrada, CIPINT_GeneraEntrada, CIPINT_GeneraEntrada, CIPINT_GeneraEntrada}};
-const CIP_TablaGrabar CIP_FuncionesGrabarEntrada = {
-    {CIPINT_GrabaConfigEntrada, CIPINT_GrabaConfigEntrada, CIPINT_GrabaConfigEntrada, CIPINT_GrabaConfigEntrada}};
-// The IP input/output page chooses its layout (US for QAM) from the family itself.
-const CIP_TablaPagina CIP_FuncionesSalidaIP = {
-    0, {CIPINT_GeneraSalidaIP, CIPINT_GeneraSalidaIP, CIPINT_GeneraSalidaIP, CIPINT_GeneraSalidaIP}};
-const CIP_TablaGrabar CIP_FuncionesGrabarSalidaIP = {
-    {CIPINT_GrabaSalidaIP, CIPINT_GrabaSalidaIP, CIPINT_GrabaSalidaIP, CIPINT_GrabaSalidaIP}};
 
 int CIP_SondeoRapido() { return CIPINT_GenerarPagina(&CIP_FuncionesSondeoRapido, 0); }
 int CIP_SondeoDetallado() { return CIPINT_GenerarPagina(&CIP_FuncionesSondeoDetallado, 0); }
@@ -165,19 +127,6 @@ const CIP_Comando *CIPINT_BuscaComandoTabla(long comando)
 }
 
 } // namespace
-
-bool CIPINT_BuscaCampo(const char *formulario, const char *clave, char *destino, size_t capacidad)
-{
-    if (formulario == nullptr || clave == nullptr)
-        return false;
-    const char *inicio = std::strstr(formulario, clave);
-    if (inicio == nullptr)
-        return false;
-    const char *fin = std::strchr(inicio, '&');
-    std::string par = fin != nullptr ? std::string(inicio, fin) : std::string(inicio);
-    GetValueKey(par.c_str(), {{clave, destino, capacidad}});
-    return true;
-}
 
 long CIPINT_LeeComando(const char *formulario)
 {

@@ -7,6 +7,7 @@
 #include "utils/utils.h"
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 bool CIPINT_EsNumero(std::string_view valor, long minimo, long maximo)
@@ -74,4 +75,19 @@ std::string CIPINT_DireccionesRechazadas(std::string_view direccion, std::string
     if (!CIPINT_EsDireccionIPv4(gateway))
         return "gateway";
     return {};
+}
+
+// The form search of the request entry: the first occurrence of `clave` anywhere in the form
+// text (also inside another field), read up to the next '&'.
+bool CIPINT_BuscaCampo(const char *formulario, const char *clave, char *destino, size_t capacidad)
+{
+    if (formulario == nullptr || clave == nullptr)
+        return false;
+    const char *inicio = std::strstr(formulario, clave);
+    if (inicio == nullptr)
+        return false;
+    const char *fin = std::strchr(inicio, '&');
+    std::string par = fin != nullptr ? std::string(inicio, fin) : std::string(inicio);
+    GetValueKey(par.c_str(), {{clave, destino, capacidad}});
+    return true;
 }
