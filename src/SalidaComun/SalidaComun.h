@@ -1,17 +1,23 @@
 // SalidaComun: the layer every output module (QAM, COFDM, ISDB-T, COFDM/QAM-B) is built on.
 // It holds the protocol between the page and save engines and the family modules (families,
-// row and save functions, save results), the channel plans and modulation option tables
-// (TablasCanales.h), and what every family paints and saves the same way, whatever its
-// modulator: the cells of the status rows (LEDs, temperature,
-// resolution, versions), the order and model cells, the encoder-channel and IP-service lines
-// of the transport row, the select cell, and the per-line save of encoder channels and
-// selected IP-input services.
+// row and save functions, save results), the page and save frames every family runs, the
+// channel plans and modulation option tables (TablasCanales.h), and what every family paints
+// and saves the same way, whatever its modulator: the cells of the status rows (LEDs,
+// temperature, resolution, versions), the order and model cells, the encoder-channel and
+// IP-service lines of the transport row, the select cell, the building blocks of the page
+// templates, and the per-line save of encoder channels and selected IP-input services.
+// It depends only on cteshtml, utilsXML, proccgilib and utils.
 //
-// How a family module uses it (SalidaQAM.cpp is the worked example):
+// How a family module uses it (SalidaQAM is the worked example):
 //
-//  * Status pages: SALCOMUN_LeeEstado(status, connected, channels, model) reads everything a
+//  * Its public header declares the six entries the engines call and nothing else; the
+//    painters, option tables and templates go in its *_int.h.
+//  * Page entries: the module fills one SALCOMUN_Familia (its three row painters, the headers
+//    of its four pages, the closing rows of its transport and output pages) and each of its
+//    four page entries is one call of SALCOMUN_Entrada, which runs the phases.
+//  * Status rows: SALCOMUN_LeeEstado(status, connected, channels, model) reads everything a
 //    quick or detailed status row and the advanced page's status block show, already escaped
-//    and composed; the module only picks the cells its own templates want (COFDM leaves out
+//    and composed; the painter only picks the cells its own templates want (COFDM leaves out
 //    the EAS LED).
 //  * Configuration rows: SALCOMUN_PreparaFila gives the row's naming context (suffix, or
 //    "_tot" on the advanced page, where no previous-value twins are made). The SALCOMUN_Campo*
@@ -22,12 +28,11 @@
 //    numbers on QAM, LCN on COFDM) on the same lines.
 //  * Select cell: "forzarconfig" + suffix, checked by SALCOMUN_MarcaForzar, followed by the
 //    row's hidden fields (SALCOMUN_Oculto) — "numcanales", "tipounidad" = family, ...
-//  * Saves: SALCOMUN_Valores reads a table of keys (500 bytes each) from the unit's form
-//    text; SALCOMUN_NumCanales checks "numcanales"; SALCOMUN_GrabaCampos writes per-unit keys
-//    in table order; SALCOMUN_LineasIP maps the posted lines above the channel count to their
-//    IP input and service ("entip", "lsnumserv", "ntotserv", "haysalidaip"), and
-//    SALCOMUN_GrabaListas writes every per-line list in table order, channel lines to the
-//    channel writer and service lines to the service writer (or drops them when it has none).
+//  * Saves: each save is one call of SALCOMUN_Graba with the page's tables: the keys
+//    (SALCOMUN_Clave, read 500 bytes each), the unit's own writes in order
+//    (SALCOMUN_CampoUnidad) and, on a transport page, the per-line lists (SALCOMUN_ListaLineas:
+//    channel lines to the channel writer, IP-service lines, mapped by SALCOMUN_LineasIP from
+//    "entip", "lsnumserv", "ntotserv" and "haysalidaip", to the service writer).
 //
 // Escaping: every document value is escaped where it enters a fragment; what these functions
 // return is composed HTML, to be put into a template as it is.
