@@ -266,33 +266,14 @@ std::string SALCOFDMINT_WidgetPaso(const SALCOMUN_Fila &fila, int plan, bool mod
 // Row painters
 // ---------------------------------------------------------------------------
 
+namespace {
+extern const SALCOMUN_Familia SALCOFDMINT_Familia;
+}  // namespace
+
 int SALCOFDMINT_PintaLineaSondeo(xmlDocPtr status, int esMaster, int configTotal, int detallado, uint8_t canales,
-                                 const char *modelo, const char *sufijo)
+                       const char *modelo, const char *)
 {
-    (void)sufijo;  // status rows carry no form fields
-    const SALCOMUN_Estado estado = SALCOMUN_LeeEstado(status, esMaster != 0, canales, modelo != nullptr ? modelo : "");
-    const auto &leds = estado.leds;
-    if (configTotal != 0) {
-        UTILS_Imprime(UTILS_Formatea(
-            htmlConfigTotalUnitStatusCOFDM, leds[SALCOMUN_LedTemp].c_str(), leds[SALCOMUN_LedEAS].c_str(),
-            leds[SALCOMUN_LedCH1].c_str(), leds[SALCOMUN_LedCH2].c_str(), leds[SALCOMUN_LedCH3].c_str(),
-            leds[SALCOMUN_LedCH4].c_str(), leds[SALCOMUN_LedOUT].c_str(), leds[SALCOMUN_LedRFLoop].c_str(),
-            estado.resolucion.c_str(), estado.versiones.c_str()));
-    } else if (detallado != 0) {
-        UTILS_Imprime(UTILS_Formatea(htmlsondeoDetaladoCOFDM, estado.orden.c_str(), estado.modelo.c_str(),
-                                           estado.id.c_str(), estado.numSerie.c_str(), estado.temperatura.c_str(),
-                                           estado.resolucion.c_str(), estado.versiones.c_str(),
-                                           estado.opciones.c_str()));
-    } else {
-        // A COFDM unit has no emergency-alert receiver: its LED is not shown.
-        UTILS_Imprime(UTILS_Formatea(
-            htmlsondeorapidoCOFDM, estado.orden.c_str(), estado.modelo.c_str(), leds[SALCOMUN_LedTemp].c_str(),
-            leds[SALCOMUN_LedCH1].c_str(), leds[SALCOMUN_LedCH2].c_str(), leds[SALCOMUN_LedCH3].c_str(),
-            leds[SALCOMUN_LedCH4].c_str(), leds[SALCOMUN_LedOUT].c_str(), leds[SALCOMUN_LedRFLoop].c_str(),
-            estado.tabla.c_str(), estado.canal.c_str(), estado.salidaIP.c_str(), estado.watermarking.c_str(),
-            estado.estado.c_str()));
-    }
-    return 0;
+    return SALCOMUN_PintaLineaSondeo(SALCOFDMINT_Familia, status, esMaster, configTotal, detallado, canales, modelo);
 }
 
 int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales, int opciones,
@@ -466,6 +447,7 @@ const SALCOMUN_Familia SALCOFDMINT_Familia = {
     SALCOFDMINT_PintaLineaSondeo, SALCOFDMINT_PintaLineaTransporte, SALCOFDMINT_PintaLineaSalida,
     htmlsondeorapidoCabeceraCOFDM, htmlsondeoDetaladoCabeceraCOFDM, htmlinfotransporteinicioCOFDM, htmlinfosalidainicioCOFDM,
     SALCOFDMINT_CierreTransporte, SALCOFDMINT_CierreSalida,
+    htmlsondeorapidoCOFDM, htmlsondeoDetaladoCOFDM, htmlConfigTotalUnitStatusCOFDM, false,
 };
 
 }  // namespace

@@ -98,30 +98,17 @@ inline constexpr SALCOMUN_Opcion SALCOFDM_VersionAuto = {"32", "Auto"};
     SALCOMUN_TH("CELL ID") SALCOMUN_TH("Baudrate") SALCOMUN_TH("Output") SALCOMUN_TH("RF Loop")
 
 // --- Quick status -----------------------------------------------------------
-inline constexpr char htmlsondeorapidoCabeceraCOFDM[] =
-    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(1) SALCOMUN_TH_LEDS_SIN_EAS SALCOMUN_TH("Output Table")
-        SALCOMUN_TH("Output Channel") SALCOMUN_TH("IP") SALCOMUN_TH("Watermarking ID")
-            SALCOMUN_TH("STATUS") "</tr>";
+inline constexpr char htmlsondeorapidoCabeceraCOFDM[] = SALCOMUN_CABECERA_RAPIDO(SALCOMUN_TH_LEDS_SIN_EAS);
 // order, model, Temp, CH1..CH4, OUT, RF Loop, table, channel, IP, watermarking, status
-inline constexpr char htmlsondeorapidoCOFDM[] =
-    "<tr>" SALCOMUN_TD6 SALCOMUN_TD3 SALCOMUN_TD SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE
-        SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr>";
+inline constexpr char htmlsondeorapidoCOFDM[] = SALCOMUN_FILA_RAPIDO(SALCOMUN_TD_LEDS_SIN_EAS);
 
 // --- Detailed status --------------------------------------------------------
-inline constexpr char htmlsondeoDetaladoCabeceraCOFDM[] =
-    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(1) "<th class='cabeceraTabla'>" SALCOMUN_ORDENABLE(2, 1, "ID") "</th>"
-        SALCOMUN_TH("Serial Number") SALCOMUN_TH("Temp") SALCOMUN_TH("Resolution/Framerate")
-            SALCOMUN_TH("Version Info") SALCOMUN_TH("Upgrade Options") "</tr>";
+inline constexpr char htmlsondeoDetaladoCabeceraCOFDM[] = SALCOMUN_CABECERA_DETALLADO;
 // order, model, ID, serial number, temperature, resolution/frame rate, versions, options
-inline constexpr char htmlsondeoDetaladoCOFDM[] =
-    "<tr>" SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE
-        SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr>";
+inline constexpr char htmlsondeoDetaladoCOFDM[] = SALCOMUN_FILA_DETALLADO;
 
 // Advanced page: the eight LEDs, resolution/frame rate and versions.
-inline constexpr char htmlConfigTotalUnitStatusCOFDM[] =
-    SALCOMUN_ABRECONFIGTOTAL("Unit Status:") SALCOMUN_TH_LEDS SALCOMUN_TH("Resolution/Framerate")
-        SALCOMUN_TH("Version Info") "</tr><tr>" SALCOMUN_TD6 SALCOMUN_TD SALCOMUN_TD
-            SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr></tbody></table><br><br>";
+inline constexpr char htmlConfigTotalUnitStatusCOFDM[] = SALCOMUN_BLOQUE_ESTADO;
 
 // --- Transport --------------------------------------------------------------
 inline constexpr char htmlinfotransporteinicioCOFDM[] =

@@ -612,3 +612,34 @@ int SALCOMUN_Graba(xmlDocPtr documento, char *formulario, const SALCOMUN_PaginaG
         resultado = SALCOMUN_FalloEscritura;
     return resultado;
 }
+
+int SALCOMUN_PintaLineaSondeo(const SALCOMUN_Familia &familia, xmlDocPtr status, int esMaster, int configTotal,
+                              int detallado, uint8_t canales, const char *modelo)
+{
+    const SALCOMUN_Estado estado = SALCOMUN_LeeEstado(status, esMaster != 0, canales, modelo != nullptr ? modelo : "");
+    const auto led = [&](SALCOMUN_Led indice) { return estado.leds[indice].c_str(); };
+    if (configTotal != 0) {
+        UTILS_Imprime(UTILS_Formatea(familia.bloqueEstado, led(SALCOMUN_LedTemp), led(SALCOMUN_LedEAS),
+                                     led(SALCOMUN_LedCH1), led(SALCOMUN_LedCH2), led(SALCOMUN_LedCH3),
+                                     led(SALCOMUN_LedCH4), led(SALCOMUN_LedOUT), led(SALCOMUN_LedRFLoop),
+                                     estado.resolucion.c_str(), estado.versiones.c_str()));
+    } else if (detallado != 0) {
+        UTILS_Imprime(UTILS_Formatea(familia.filaDetallado, estado.orden.c_str(), estado.modelo.c_str(),
+                                     estado.id.c_str(), estado.numSerie.c_str(), estado.temperatura.c_str(),
+                                     estado.resolucion.c_str(), estado.versiones.c_str(), estado.opciones.c_str()));
+    } else if (familia.ledEAS) {
+        UTILS_Imprime(UTILS_Formatea(familia.filaRapido, estado.orden.c_str(), estado.modelo.c_str(),
+                                     led(SALCOMUN_LedTemp), led(SALCOMUN_LedEAS), led(SALCOMUN_LedCH1),
+                                     led(SALCOMUN_LedCH2), led(SALCOMUN_LedCH3), led(SALCOMUN_LedCH4),
+                                     led(SALCOMUN_LedOUT), led(SALCOMUN_LedRFLoop), estado.tabla.c_str(),
+                                     estado.canal.c_str(), estado.salidaIP.c_str(), estado.watermarking.c_str(),
+                                     estado.estado.c_str()));
+    } else {
+        UTILS_Imprime(UTILS_Formatea(familia.filaRapido, estado.orden.c_str(), estado.modelo.c_str(),
+                                     led(SALCOMUN_LedTemp), led(SALCOMUN_LedCH1), led(SALCOMUN_LedCH2),
+                                     led(SALCOMUN_LedCH3), led(SALCOMUN_LedCH4), led(SALCOMUN_LedOUT),
+                                     led(SALCOMUN_LedRFLoop), estado.tabla.c_str(), estado.canal.c_str(),
+                                     estado.salidaIP.c_str(), estado.watermarking.c_str(), estado.estado.c_str()));
+    }
+    return 0;
+}

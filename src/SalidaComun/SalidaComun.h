@@ -98,7 +98,18 @@ struct SALCOMUN_Familia {
     const char *cabeceraSalida;
     std::string (*cierreTransporte)(int unidades);
     std::string (*cierreSalida)(int unidades);
+    // The status rows and block (see SALCOMUN_PintaLineaSondeo).
+    const char *filaRapido;
+    const char *filaDetallado;
+    const char *bloqueEstado;
+    bool ledEAS;  // the quick row shows the emergency-alert LED
 };
+
+// The status painter every family uses: a quick (detallado 0) or detailed row of the unit's
+// status document, or with configTotal the advanced page's "Unit Status:" block, in the
+// family's templates.
+int SALCOMUN_PintaLineaSondeo(const SALCOMUN_Familia &familia, xmlDocPtr status, int esMaster, int configTotal,
+                              int detallado, uint8_t canales, const char *modelo);
 
 // The four pages a family paints.
 enum SALCOMUN_Pagina : int { SALCOMUN_PaginaRapido, SALCOMUN_PaginaDetallado, SALCOMUN_PaginaTransporte, SALCOMUN_PaginaSalida };
@@ -161,6 +172,31 @@ int SALCOMUN_Entrada(const SALCOMUN_Familia &familia, SALCOMUN_Pagina pagina, in
 #define SALCOMUN_TD_FORZARCONF                                                                                \
     "<td class='ultimalinea'><input name=\"forzarconf\" id=\"forzarconf\" type=\"checkbox\" "                \
     "onclick=\"SeleccionarChecboxconCheckbox(this,'forzarconfig','0');\"></td></tr>"
+
+// The status pages of every family. The quick row shows the emergency-alert LED only in the
+// families whose units receive alerts (QAM). The detailed row and the advanced page's status
+// block are the same everywhere.
+#define SALCOMUN_CABECERA_RAPIDO(leds)                                                                        \
+    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(1) leds SALCOMUN_TH("Output Table") SALCOMUN_TH("Output Channel")   \
+        SALCOMUN_TH("IP") SALCOMUN_TH("Watermarking ID") SALCOMUN_TH("STATUS") "</tr>"
+// order, model, the LEDs, table, channel, IP, watermarking, status
+#define SALCOMUN_FILA_RAPIDO(leds) "<tr>" SALCOMUN_TD SALCOMUN_TD leds SALCOMUN_TD SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE \
+    SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr>"
+#define SALCOMUN_TD_LEDS SALCOMUN_TD6 SALCOMUN_TD SALCOMUN_TD
+#define SALCOMUN_TD_LEDS_SIN_EAS SALCOMUN_TD6 SALCOMUN_TD
+#define SALCOMUN_CABECERA_DETALLADO                                                                           \
+    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(1) "<th class='cabeceraTabla'>" SALCOMUN_ORDENABLE(2, 1, "ID") "</th>" \
+        SALCOMUN_TH("Serial Number") SALCOMUN_TH("Temp") SALCOMUN_TH("Resolution/Framerate")                   \
+            SALCOMUN_TH("Version Info") SALCOMUN_TH("Upgrade Options") "</tr>"
+// order, model, ID, serial number, temperature, resolution/frame rate, versions, options
+#define SALCOMUN_FILA_DETALLADO                                                                               \
+    "<tr>" SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE         \
+        SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr>"
+// The advanced page: the eight LEDs, resolution/frame rate and versions.
+#define SALCOMUN_BLOQUE_ESTADO                                                                                \
+    SALCOMUN_ABRECONFIGTOTAL("Unit Status:") SALCOMUN_TH_LEDS SALCOMUN_TH("Resolution/Framerate")             \
+        SALCOMUN_TH("Version Info") "</tr><tr>" SALCOMUN_TD_LEDS SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE          \
+            "</tr></tbody></table><br><br>"
 
 // Events of the all-units selects: a value chosen there is copied into every unit's row.
 inline constexpr char strJSCambioTodas[] = "onclick='CambioVideocodecAll(this,\"1\");'";

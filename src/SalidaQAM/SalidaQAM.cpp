@@ -145,30 +145,14 @@ std::string SALQAMINT_WidgetCanal(const SALCOMUN_Fila &fila, long tabla, const s
 // Row painters
 // ---------------------------------------------------------------------------
 
+namespace {
+extern const SALCOMUN_Familia SALQAMINT_Familia;
+}  // namespace
+
 int SALQAMINT_PintaLineaSondeo(xmlDocPtr status, int esMaster, int configTotal, int detallado, uint8_t canales,
-                               const char *modelo, const char *sufijo)
+                       const char *modelo, const char *)
 {
-    (void)sufijo;  // status rows carry no form fields
-    const SALCOMUN_Estado estado = SALCOMUN_LeeEstado(status, esMaster != 0, canales, modelo != nullptr ? modelo : "");
-    const auto &leds = estado.leds;
-    if (configTotal != 0) {
-        UTILS_Imprime(UTILS_Formatea(htmlConfigTotalUnitStatusQAM, leds[0].c_str(), leds[1].c_str(),
-                                         leds[2].c_str(), leds[3].c_str(), leds[4].c_str(), leds[5].c_str(),
-                                         leds[6].c_str(), leds[7].c_str(), estado.resolucion.c_str(),
-                                         estado.versiones.c_str()));
-    } else if (detallado != 0) {
-        UTILS_Imprime(UTILS_Formatea(htmlsondeoDetaladoQAM, estado.orden.c_str(), estado.modelo.c_str(),
-                                         estado.id.c_str(), estado.numSerie.c_str(), estado.temperatura.c_str(),
-                                         estado.resolucion.c_str(), estado.versiones.c_str(),
-                                         estado.opciones.c_str()));
-    } else {
-        UTILS_Imprime(UTILS_Formatea(htmlsondeorapidoQAM, estado.orden.c_str(), estado.modelo.c_str(),
-                                         leds[0].c_str(), leds[1].c_str(), leds[2].c_str(), leds[3].c_str(),
-                                         leds[4].c_str(), leds[5].c_str(), leds[6].c_str(), leds[7].c_str(),
-                                         estado.tabla.c_str(), estado.canal.c_str(), estado.salidaIP.c_str(),
-                                         estado.watermarking.c_str(), estado.estado.c_str()));
-    }
-    return 0;
+    return SALCOMUN_PintaLineaSondeo(SALQAMINT_Familia, status, esMaster, configTotal, detallado, canales, modelo);
 }
 
 int SALQAMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales, int opciones,
@@ -324,6 +308,7 @@ const SALCOMUN_Familia SALQAMINT_Familia = {
     SALQAMINT_PintaLineaSondeo, SALQAMINT_PintaLineaTransporte, SALQAMINT_PintaLineaSalida,
     htmlsondeorapidoCabeceraQAM, htmlsondeoDetaladoCabeceraQAM, htmlinfotransporteinicioQAM, htmlinfosalidainicioQAM,
     SALQAMINT_CierreTransporte, SALQAMINT_CierreSalida,
+    htmlsondeorapidoQAM, htmlsondeoDetaladoQAM, htmlConfigTotalUnitStatusQAM, true,
 };
 
 }  // namespace

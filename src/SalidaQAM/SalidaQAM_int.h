@@ -112,30 +112,17 @@ inline constexpr std::size_t SALQAM_CorteFrecuenciaEntera = 3;
     SALCOMUN_TH("Interleaving") SALCOMUN_TH("Baudrate (Mbaud)") SALCOMUN_TH("Output") SALCOMUN_TH("RF Loop")
 
 // --- Quick status -----------------------------------------------------------
-inline constexpr char htmlsondeorapidoCabeceraQAM[] =
-    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(1) SALCOMUN_TH_LEDS SALCOMUN_TH("Output Table")
-        SALCOMUN_TH("Output Channel") SALCOMUN_TH("IP") SALCOMUN_TH("Watermarking ID") SALCOMUN_TH("STATUS") "</tr>";
+inline constexpr char htmlsondeorapidoCabeceraQAM[] = SALCOMUN_CABECERA_RAPIDO(SALCOMUN_TH_LEDS);
 // order, model, Temp, EAS, CH1..CH4, OUT, RF Loop, table, channel, IP, watermarking, status
-inline constexpr char htmlsondeorapidoQAM[] =
-    "<tr>" SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD
-        SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE
-            SALCOMUN_TD_FUERTE "</tr>";
+inline constexpr char htmlsondeorapidoQAM[] = SALCOMUN_FILA_RAPIDO(SALCOMUN_TD_LEDS);
 
 // --- Detailed status --------------------------------------------------------
-inline constexpr char htmlsondeoDetaladoCabeceraQAM[] =
-    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(1) "<th class='cabeceraTabla'>" SALCOMUN_ORDENABLE(2, 1, "ID") "</th>"
-        SALCOMUN_TH("Serial Number") SALCOMUN_TH("Temp") SALCOMUN_TH("Resolution/Framerate")
-            SALCOMUN_TH("Version Info") SALCOMUN_TH("Upgrade Options") "</tr>";
+inline constexpr char htmlsondeoDetaladoCabeceraQAM[] = SALCOMUN_CABECERA_DETALLADO;
 // order, model, ID, serial number, temperature, resolution/frame rate, versions, options
-inline constexpr char htmlsondeoDetaladoQAM[] =
-    "<tr>" SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE
-        SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr>";
+inline constexpr char htmlsondeoDetaladoQAM[] = SALCOMUN_FILA_DETALLADO;
 
 // Advanced page: the eight LEDs, resolution/frame rate and versions.
-inline constexpr char htmlConfigTotalUnitStatusQAM[] =
-    SALCOMUN_ABRECONFIGTOTAL("Unit Status:") SALCOMUN_TH_LEDS SALCOMUN_TH("Resolution/Framerate")
-        SALCOMUN_TH("Version Info") "</tr><tr>" SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD
-            SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD_FUERTE SALCOMUN_TD_FUERTE "</tr></tbody></table><br><br>";
+inline constexpr char htmlConfigTotalUnitStatusQAM[] = SALCOMUN_BLOQUE_ESTADO;
 
 // --- Transport --------------------------------------------------------------
 // "Major CH. #" sorts the page's table; the advanced page's block does not sort.
