@@ -27,10 +27,6 @@ namespace {
 constexpr char NOMBRE[] = "@N@";
 constexpr char VALOR[] = "@V@";
 
-// Four hexadecimal digits behind "0x", as the cell id is edited.
-constexpr int TAM_HEXA = 4;
-constexpr unsigned HEXA_MAXIMO = 0xffff;
-
 std::string Json(std::string_view texto)
 {
     std::string salida = "\"";
@@ -72,7 +68,7 @@ SALCOMUN_Fila FilaModelo()
 // A field the unit's mode or plan does not use: the value carried hidden, "n/a" shown.
 std::string NoAplicable(std::string_view valor)
 {
-    return UTILS_Formatea(htmlnoaplicablemodo, CTESHTML_Oculto(NOMBRE, NOMBRE, valor).c_str());
+    return SALCOMUN_NoAplicable(NOMBRE, valor);
 }
 
 // --- QAM output row ---------------------------------------------------------
@@ -181,12 +177,7 @@ std::string TablasCOFDM()
         return SALCOMUN_CampoSelect(fila, NOMBRE, strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(opciones),
                                     VALOR);
     };
-    const std::string celda =
-        std::string(htmlcaptioncerox) +
-        CTESHTML_Input(htmlinput, NOMBRE, TAM_HEXA, NOMBRE, strJSPermititHexa,
-                       UTILS_Formatea(strJSValidarHexa, 0U, HEXA_MAXIMO), strJSOnBlurOnChangeCompruebacambios, VALOR,
-                       TAM_HEXA) +
-        fila.Anterior(NOMBRE, VALOR);
+    const std::string celda = SALCOMUN_CampoHexa(fila, NOMBRE, 0, VALOR);
     std::vector<CTESHTML_Opcion> modos =
         CTESHTML_OpcionesTablas(ModosSalidaCOFDM, ValoresModosSalidaCOFDM, COFDM_NUMMODOSSALIDA);
     return "{\n  \"planes\": " + PlanesCOFDM() +

@@ -25,14 +25,8 @@ namespace {
 
 // Buffer sizes of the page reads.
 constexpr std::size_t TAM_TEXTO = 50;
-constexpr std::size_t TAM_NOMBRE = 49;
 
-// Sizes of the COFDM transport columns shared with the other families.
-constexpr SALCOMUN_MedidasLinea SALCOFDMINT_Medidas = {20, 4, 4};
 
-// Identifiers edited as four hexadecimal digits.
-constexpr int TAM_HEXA = 4;
-constexpr unsigned HEXA_MAXIMO = 0xffff;
 
 // ---------------------------------------------------------------------------
 // Mode and option lists
@@ -77,13 +71,6 @@ std::vector<CTESHTML_Opcion> SALCOFDMINT_OpcionesPaso(bool modoQAM)
     return pasos;
 }
 
-// NIT and SDT versions: 0..31 and 32 "Auto".
-std::vector<CTESHTML_Opcion> SALCOFDMINT_OpcionesVersion()
-{
-    std::vector<CTESHTML_Opcion> versiones = CTESHTML_OpcionesRango(0, SALCOFDM_UltimaVersion);
-    versiones.push_back({SALCOFDM_VersionAuto.valor, SALCOFDM_VersionAuto.texto});
-    return versiones;
-}
 
 // A number stored as text, printed back as the select's options carry it ("05" selects "5");
 // a text without digits is kept so that it selects nothing.
@@ -96,109 +83,7 @@ std::string SALCOFDMINT_ValorOpcion(const std::string &texto, long numero)
 // Field builders of the COFDM rows
 // ---------------------------------------------------------------------------
 
-// An identifier edited as four hexadecimal digits behind a read-only "0x".
-std::string SALCOFDMINT_CampoHexa(const SALCOMUN_Fila &fila, const std::string &nombre, unsigned minimo,
-                                  std::string_view valor)
-{
-    return std::string(htmlcaptioncerox) +
-           CTESHTML_Input(htmlinput, nombre, TAM_HEXA, nombre, strJSPermititHexa,
-                          UTILS_Formatea(strJSValidarHexa, minimo, HEXA_MAXIMO), strJSOnBlurOnChangeCompruebacambios,
-                          valor, TAM_HEXA) +
-           fila.Anterior(nombre, valor);
-}
 
-// A field the unit's mode does not use: the stored value goes back hidden, "n/a" is shown.
-std::string SALCOFDMINT_NoAplicable(const std::string &nombre, std::string_view valor)
-{
-    return UTILS_Formatea(htmlnoaplicablemodo, CTESHTML_Oculto(nombre, nombre, valor).c_str());
-}
-
-// ---------------------------------------------------------------------------
-// Transport row
-// ---------------------------------------------------------------------------
-
-// The fifteen DVB columns of the transport row, in page order.
-enum SALCOFDMINT_ColumnaTransporte : int {
-    COL_TSID,
-    COL_NTID,
-    COL_NNAM,
-    COL_ONID,
-    COL_NITVS,
-    COL_SDTVS,
-    COL_MLCN,
-    COL_SINTITULO,
-    COL_LCN,
-    COL_NOMBREENTRADA,
-    COL_SIDENTRADA,
-    COL_NOMBRESALIDA,
-    COL_SIDSALIDA,
-    COL_PIDVIDEO,
-    COL_PIDAUDIO,
-    COL_NUMCOLUMNAS
-};
-using SALCOFDMINT_Columnas = std::array<SALCOMUN_Columna, COL_NUMCOLUMNAS>;
-
-// The per-unit fields of the transport row, on its first line.
-enum class SALCOFDMINT_ClaseRed { Hexa, Nombre, Version, TipoLCN };
-struct SALCOFDMINT_CampoRed {
-    const char *base;
-    int columna;
-    SALCOFDMINT_ClaseRed clase;
-    UTILSXML_Lector0 lector;
-    std::size_t tam;
-    const char *defecto;  // shown when the read fails
-};
-constexpr SALCOFDMINT_CampoRed SALCOFDMINT_CamposRed[] = {
-    {"tsid", COL_TSID, SALCOFDMINT_ClaseRed::Hexa, UTILSXML_LeeSALTSTSID, TAM_TEXTO, ""},
-    {"ntid", COL_NTID, SALCOFDMINT_ClaseRed::Hexa, UTILSXML_LeeSALTSNETwORKID, TAM_TEXTO, ""},
-    {"nnam", COL_NNAM, SALCOFDMINT_ClaseRed::Nombre, UTILSXML_LeeSALTSNETwORKNAME, TAM_NOMBRE, ""},
-    {"onid", COL_ONID, SALCOFDMINT_ClaseRed::Hexa, UTILSXML_LeeSALTSORIGNETID, TAM_TEXTO, ""},
-    {"nitvs", COL_NITVS, SALCOFDMINT_ClaseRed::Version, UTILSXML_LeeSALTSVersionNIT, TAM_TEXTO, SALCOFDM_VersionAuto.valor},
-    {"sdtvs", COL_SDTVS, SALCOFDMINT_ClaseRed::Version, UTILSXML_LeeSALTSVersionSDT, TAM_TEXTO, SALCOFDM_VersionAuto.valor},
-    {"mlcn", COL_MLCN, SALCOFDMINT_ClaseRed::TipoLCN, UTILSXML_LeeSALTSLCN, TAM_TEXTO, SALCOFDM_TipoLCNDefecto},
-};
-constexpr int TAM_NOMBRERED = 8;
-constexpr int MAX_NOMBRERED = 12;
-constexpr unsigned HEXA_MINIMO_RED = 0x1;
-
-std::string SALCOFDMINT_PintaCampoRed(const SALCOMUN_Fila &fila, const SALCOFDMINT_CampoRed &campo)
-{
-    const std::string nombre = fila.Nombre(campo.base);
-    const std::string valor = UTILSXML_LeeTexto(campo.lector, fila.documento, campo.tam, campo.defecto);
-    switch (campo.clase) {
-    case SALCOFDMINT_ClaseRed::Hexa:
-        return SALCOFDMINT_CampoHexa(fila, nombre, HEXA_MINIMO_RED, valor);
-    case SALCOFDMINT_ClaseRed::Nombre:
-        return CTESHTML_Input(htmlinputCHName, nombre, TAM_NOMBRERED, nombre, "", "Compruebacambios(this);", "", valor,
-                              MAX_NOMBRERED) +
-               fila.Anterior(nombre, valor);
-    case SALCOFDMINT_ClaseRed::Version:
-        return SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios, SALCOFDMINT_OpcionesVersion(),
-                                    valor);
-    case SALCOFDMINT_ClaseRed::TipoLCN:
-    default:
-        return SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios,
-                                    SALCOMUN_Opciones(SALCOFDM_TiposLCN), valor);
-    }
-}
-
-// "lcnn" of one line: the logical channel number 1..1023.
-std::string SALCOFDMINT_CampoLCN(const SALCOMUN_Fila &fila, int linea, std::string_view valor)
-{
-    return SALCOMUN_CampoEntero(fila, htmlinputLCN, fila.Nombre("lcnn", linea), 3, 4, 1, 1023, valor);
-}
-
-void SALCOFDMINT_AnadeLinea(SALCOFDMINT_Columnas &columnas, const SALCOMUN_LineaTransporte &comun,
-                            const std::string &lcn)
-{
-    columnas[COL_LCN].Linea(lcn);
-    columnas[COL_NOMBREENTRADA].Linea(comun.nombreEntrada);
-    columnas[COL_SIDENTRADA].Linea(comun.sidEntrada);
-    columnas[COL_NOMBRESALIDA].Linea(comun.nombreSalida);
-    columnas[COL_SIDSALIDA].Linea(comun.sidSalida);
-    columnas[COL_PIDVIDEO].Linea(comun.pidVideo);
-    columnas[COL_PIDAUDIO].Linea(comun.pidAudio + comun.ocultos);
-}
 
 // ---------------------------------------------------------------------------
 // Output row
@@ -227,9 +112,9 @@ std::string SALCOFDMINT_PintaCampoOFDM(const SALCOMUN_Fila &fila, const SALCOFDM
     const std::string valor = UTILSXML_LeeTexto(campo.lector, fila.documento, TAM_TEXTO);
     std::string contenido;
     if (modoQAM)
-        contenido = SALCOFDMINT_NoAplicable(nombre, valor);
+        contenido = SALCOMUN_NoAplicable(nombre, valor);
     else if (campo.opciones.empty())
-        contenido = SALCOFDMINT_CampoHexa(fila, nombre, HEXA_MINIMO_CELDA, valor);
+        contenido = SALCOMUN_CampoHexa(fila, nombre, HEXA_MINIMO_CELDA, valor);
     else
         contenido = SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios,
                                          SALCOMUN_Opciones(campo.opciones), valor);
@@ -253,7 +138,7 @@ std::string SALCOFDMINT_WidgetPaso(const SALCOMUN_Fila &fila, int plan, bool mod
 {
     const std::string nombre = fila.Nombre("frecstep");
     if (plan != 0)
-        return SALCOFDMINT_NoAplicable(nombre, SALCOFDM_PasoConPlan);
+        return SALCOMUN_NoAplicable(nombre, SALCOFDM_PasoConPlan);
     const long numero = UTILS_Numero(paso, -1);
     const std::string valor = modoQAM && numero >= SALCOFDM_PrimerPasoFueraQAM ? "0" : SALCOFDMINT_ValorOpcion(paso, numero);
     return SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios, SALCOFDMINT_OpcionesPaso(modoQAM),
@@ -270,69 +155,19 @@ namespace {
 extern const SALCOMUN_Familia SALCOFDMINT_Familia;
 }  // namespace
 
+int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales, int opciones,
+                                     const char *modelo, const char *sufijo)
+{
+    return SALCOMUN_PintaLineaTransporteDVB(SALCOFDM_TipoUnidad, config, esMaster, configTotal, canales, opciones, modelo,
+                                            sufijo);
+}
+
 int SALCOFDMINT_PintaLineaSondeo(xmlDocPtr status, int esMaster, int configTotal, int detallado, uint8_t canales,
                        const char *modelo, const char *)
 {
     return SALCOMUN_PintaLineaSondeo(SALCOFDMINT_Familia, status, esMaster, configTotal, detallado, canales, modelo);
 }
 
-int SALCOFDMINT_PintaLineaTransporte(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales, int opciones,
-                                     const char *modelo, const char *sufijo)
-{
-    const SALCOMUN_Fila fila = SALCOMUN_PreparaFila(config, esMaster, sufijo, configTotal != 0);
-    const bool haySalidaIP = (opciones & 1) != 0;
-
-    SALCOFDMINT_Columnas columnas;
-    for (const SALCOFDMINT_CampoRed &campo : SALCOFDMINT_CamposRed)
-        columnas[campo.columna].Linea(SALCOFDMINT_PintaCampoRed(fila, campo));
-
-    int lineas = 0;
-    for (int canal = 1; canal <= canales; ++canal) {
-        const std::string lcn =
-            UTILSXML_LeeTexto(UTILSXML_LeeSALTSCanalLCN, config, TAM_TEXTO, static_cast<uint8_t>(canal));
-        SALCOFDMINT_AnadeLinea(columnas, SALCOMUN_LineaCanal(fila, canal, SALCOFDMINT_Medidas),
-                               SALCOFDMINT_CampoLCN(fila, canal, lcn));
-        ++lineas;
-    }
-    if (haySalidaIP) {
-        // The selected services of the IP inputs follow the channels, numbered on from them.
-        for (const SALCOMUN_ServicioIP servicio : SALCOMUN_ServiciosSeleccionados(config)) {
-            const int linea = ++lineas;
-            const std::string lcn = UTILSXML_LeeTexto(UTILSXML_LeeENTRAIPSERVICELCN, config, TAM_TEXTO, servicio.entrada,
-                                                 servicio.servicio);
-            SALCOFDMINT_AnadeLinea(columnas, SALCOMUN_LineaServicio(fila, linea, servicio, SALCOFDMINT_Medidas),
-                                   SALCOFDMINT_CampoLCN(fila, linea, lcn));
-        }
-    }
-    const std::string totalLineas = std::to_string(lineas);
-
-    if (fila.configTotal) {
-        // The advanced page carries "numcanales", "tipounidad" and "haysalidaip" itself; the
-        // line count goes with the lines so that their IP services can be stored.
-        columnas[COL_PIDAUDIO].html += SALCOMUN_Oculto(fila, "ntotserv", totalLineas);
-        UTILS_Imprime(UTILS_Formatea(
-            htmlConfigTotalTransportConfigCOFDM, columnas[0].html.c_str(), columnas[1].html.c_str(),
-            columnas[2].html.c_str(), columnas[3].html.c_str(), columnas[4].html.c_str(), columnas[5].html.c_str(),
-            columnas[6].html.c_str(), columnas[7].html.c_str(), columnas[8].html.c_str(), columnas[9].html.c_str(),
-            columnas[10].html.c_str(), columnas[11].html.c_str(), columnas[12].html.c_str(),
-            columnas[13].html.c_str(), columnas[14].html.c_str()));
-        return 0;
-    }
-
-    const std::string ocultos = SALCOMUN_OcultosUnidad(fila, canales, SALCOFDM_TipoUnidad) +
-                                SALCOMUN_Oculto(fila, "haysalidaip", haySalidaIP ? "1" : "0") +
-                                SALCOMUN_Oculto(fila, "ntotserv", totalLineas);
-    const SALCOMUN_CeldasUnidad unidad = SALCOMUN_CeldasConfig(fila, modelo);
-    const std::string forzar = fila.Nombre("forzarconfig");
-    UTILS_Imprime(UTILS_Formatea(
-        htmlinfotransporteCOFDM, unidad.orden.c_str(), unidad.modelo.c_str(), columnas[0].html.c_str(),
-        columnas[1].html.c_str(), columnas[2].html.c_str(), columnas[3].html.c_str(), columnas[4].html.c_str(),
-        columnas[5].html.c_str(), columnas[6].html.c_str(), columnas[7].html.c_str(), columnas[8].html.c_str(),
-        columnas[9].html.c_str(), columnas[10].html.c_str(), columnas[11].html.c_str(), columnas[12].html.c_str(),
-        columnas[13].html.c_str(), columnas[14].html.c_str(), forzar.c_str(), forzar.c_str(),
-        SALCOMUN_MarcaForzar(config), ocultos.c_str()));
-    return 0;
-}
 
 int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal, uint8_t canales,
                                  const char *modelo, const char *sufijo)
@@ -416,15 +251,6 @@ int SALCOFDMINT_PintaLineaSalida(xmlDocPtr config, int esMaster, int configTotal
 
 namespace {
 
-// The family as the page entries see it.
-std::string SALCOFDMINT_CierreTransporte(int unidades)
-{
-    const std::string nit =
-        SALCOMUN_SelectTodasOpciones("nitvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodas);
-    const std::string sdt =
-        SALCOMUN_SelectTodasOpciones("sdtvs", SALCOFDMINT_OpcionesVersion(), strJSCambioTodas);
-    return UTILS_Formatea(htmlultimalineaTransporteCOFDM, unidades, nit.c_str(), sdt.c_str());
-}
 
 std::string SALCOFDMINT_CierreSalida(int unidades)
 {
@@ -446,7 +272,7 @@ std::string SALCOFDMINT_CierreSalida(int unidades)
 const SALCOMUN_Familia SALCOFDMINT_Familia = {
     SALCOFDMINT_PintaLineaSondeo, SALCOFDMINT_PintaLineaTransporte, SALCOFDMINT_PintaLineaSalida,
     htmlsondeorapidoCabeceraCOFDM, htmlsondeoDetaladoCabeceraCOFDM, htmlinfotransporteinicioCOFDM, htmlinfosalidainicioCOFDM,
-    SALCOFDMINT_CierreTransporte, SALCOFDMINT_CierreSalida,
+    SALCOMUN_CierreTransporteDVB, SALCOFDMINT_CierreSalida,
     htmlsondeorapidoCOFDM, htmlsondeoDetaladoCOFDM, htmlConfigTotalUnitStatusCOFDM, false,
 };
 

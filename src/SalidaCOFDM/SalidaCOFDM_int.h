@@ -5,6 +5,7 @@
 #pragma once
 
 #include "SalidaCOFDM/SalidaCOFDM.h"
+#include "SalidaComun/DVB.h"
 
 // ---------------------------------------------------------------------------
 // Row painters (called by the entries; 0 always)
@@ -67,31 +68,11 @@ inline constexpr SALCOMUN_Opcion SALCOFDM_FECs[] = {
     {"0", "1/2"}, {"1", "2/3"}, {"2", "3/4"}, {"3", "5/6"}, {"4", "7/8"},
 };
 
-// "mlcn": how the logical channel numbers are signalled in the NIT.
-inline constexpr SALCOMUN_Opcion SALCOFDM_TiposLCN[] = {
-    {"0", "Generic"},
-    {"1", "UK"},
-    {"2", "NOR V1"},
-    {"3", "NOR V2"},
-};
-inline constexpr char SALCOFDM_TipoLCNDefecto[] = "0";
-
-// "nitvs", "sdtvs": table versions 0..31, or 32 "Auto" (the unit counts them itself).
-inline constexpr int SALCOFDM_UltimaVersion = 31;
-inline constexpr SALCOMUN_Opcion SALCOFDM_VersionAuto = {"32", "Auto"};
 
 // ---------------------------------------------------------------------------
 // Page templates
 // ---------------------------------------------------------------------------
 
-// The DVB columns of the transport page, from "TS ID" to "Audio PID"; the column after
-// "LCN type" has no title.
-#define SALCOFDMINT_TH_TRANSPORTE                                                                             \
-    SALCOMUN_TH("TS ID") SALCOMUN_TH("NET. ID") SALCOMUN_TH("NETWORK NAME")                          \
-    SALCOMUN_TH("OR. NET. ID") SALCOMUN_TH("NIT VS.") SALCOMUN_TH("SDT VS.")                         \
-    SALCOMUN_TH("LCN type") SALCOMUN_TH("") SALCOMUN_TH("LCN") SALCOMUN_TH("IN Name")             \
-    SALCOMUN_TH("IN SID") SALCOMUN_TH("OUT Name") SALCOMUN_TH("OUT SID")                             \
-    SALCOMUN_TH("Video PID") SALCOMUN_TH("Audio PID")
 #define SALCOFDMINT_TH_SALIDA                                                                                 \
     SALCOMUN_TH("Table") SALCOMUN_TH("Channel") SALCOMUN_TH("Freq. Adj.") SALCOMUN_TH("Level")    \
     SALCOMUN_TH("Mode") SALCOMUN_TH("BW") SALCOMUN_TH("Guard Interval") SALCOMUN_TH("FEC")        \
@@ -110,25 +91,6 @@ inline constexpr char htmlsondeoDetaladoCOFDM[] = SALCOMUN_FILA_DETALLADO;
 // Advanced page: the eight LEDs, resolution/frame rate and versions.
 inline constexpr char htmlConfigTotalUnitStatusCOFDM[] = SALCOMUN_BLOQUE_ESTADO;
 
-// --- Transport --------------------------------------------------------------
-inline constexpr char htmlinfotransporteinicioCOFDM[] =
-    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(0) SALCOFDMINT_TH_TRANSPORTE SALCOMUN_TH("Select") "</tr>";
-// order, model, the fifteen DVB columns, forzarconfig name and id, its checked marker, hidden
-// fields
-inline constexpr char htmlinfotransporteCOFDM[] =
-    "<tr>" SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD6 SALCOMUN_TD6 SALCOMUN_TD3 SALCOMUN_TD_SELECCION
-    "</tr>";
-// unit count, "nitvs_all", "sdtvs_all"
-inline constexpr char htmlultimalineaTransporteCOFDM[] =
-    SALCOMUN_TD_ULTIMA_ROTULO SALCOMUN_TD_AUTO("tsid", "NumeraCampo('tsid',1,1,0);")
-        SALCOMUN_TD_AUTO("ntid", "NumeraCampo('ntid',1,1,0);") SALCOMUN_TD_ULTIMA_VACIA(1)
-            SALCOMUN_TD_AUTO("onid", "NumeraCampo('onid',1,1,0);") SALCOMUN_TD_ULTIMA SALCOMUN_TD_ULTIMA
-                SALCOMUN_TD_ULTIMA_VACIA(6) SALCOMUN_TD_AUTO("svcid", "NumeraCampo('svcid',1,1,1);")
-                    SALCOMUN_TD_ULTIMA_VACIA(2) SALCOMUN_TD_FORZARCONF;
-// the fifteen DVB columns
-inline constexpr char htmlConfigTotalTransportConfigCOFDM[] =
-    SALCOMUN_ABRECONFIGTOTAL("Transport Configuration:") SALCOFDMINT_TH_TRANSPORTE "</tr><tr>" SALCOMUN_TD6
-        SALCOMUN_TD6 SALCOMUN_TD3 "</tr></tbody></table>";
 
 // --- Output -----------------------------------------------------------------
 inline constexpr char htmlinfosalidainicioCOFDM[] =
@@ -152,9 +114,4 @@ inline constexpr char htmlConfigTotalOutputConfigCOFDM[] =
         SALCOMUN_TD6 "</tr></tbody></table>";
 
 // --- Fragments of the rows --------------------------------------------------
-// The read-only "0x" before a field edited as four hexadecimal digits.
-inline constexpr char htmlcaptioncerox[] =
-    "<input readonly class='inputsinbordesniespaciado' disabled value='0x' type='text'>";
-// A field the unit's mode does not use: its value carried hidden, and "n/a" shown.
-inline constexpr char htmlnoaplicablemodo[] = "%sn/a";
 

@@ -76,7 +76,7 @@ using SALCOMUN_FuncionPagina = int (*)(int fase, xmlDocPtr documento, int esMast
 // its configuration document, and says how that went.
 using SALCOMUN_FuncionGrabar = int (*)(xmlDocPtr documento, char *formulario);
 inline constexpr int SALCOMUN_Guardado = 0;        // stored
-inline constexpr int SALCOMUN_NoAplicable = 2;     // nothing to store for this model
+inline constexpr int SALCOMUN_NadaQueGuardar = 2; // nothing to store for this model
 inline constexpr int SALCOMUN_SinTexto = 4;        // no form text
 inline constexpr int SALCOMUN_FalloEscritura = 6;  // a write failed; the other writes stay
 inline constexpr int SALCOMUN_DatosInvalidos = 7;  // a required key missing or a count out of range; nothing written
