@@ -98,9 +98,9 @@ struct SALCOFDMINT_CampoOFDM {
     std::span<const SALCOMUN_Opcion> opciones;
 };
 constexpr SALCOFDMINT_CampoOFDM SALCOFDMINT_CamposOFDM[] = {
-    {"bwsal", "divanchobanda", UTILSXML_LeeSALCODFMBW, SALCOFDM_AnchosBanda},
-    {"ingrd", "divintguarda", UTILSXML_LeeSALCODFMGUARDA, SALCOFDM_IntervalosGuarda},
-    {"fecsal", "divfecsal", UTILSXML_LeeSALCODFMFEC, SALCOFDM_FECs},
+    {"bwsal", "divanchobanda", UTILSXML_LeeSALCODFMBW, SALCOMUN_AnchosBanda},
+    {"ingrd", "divintguarda", UTILSXML_LeeSALCODFMGUARDA, SALCOMUN_IntervalosGuarda},
+    {"fecsal", "divfecsal", UTILSXML_LeeSALCODFMFEC, SALCOMUN_FECs},
     {"cellid", "divcellid", UTILSXML_LeeSALCODFMCELLID, {}},
 };
 constexpr std::size_t SALCOFDMINT_NumCamposOFDM = std::size(SALCOFDMINT_CamposOFDM);
@@ -260,9 +260,9 @@ std::string SALCOFDMINT_CierreSalida(int unidades)
         SALCOMUN_SelectTodasOpciones("frecstep", SALCOFDMINT_OpcionesPaso(false), strJSCambioTodas);
     const std::string modos =
         SALCOMUN_SelectTodasOpciones("outmod", SALCOFDMINT_OpcionesModo(), strJSCambioTodas);
-    const std::string anchos = SALCOMUN_SelectTodas("bwsal", SALCOFDM_AnchosBanda, strJSCambioTodas);
-    const std::string guardas = SALCOMUN_SelectTodas("ingrd", SALCOFDM_IntervalosGuarda, strJSCambioTodas);
-    const std::string fecs = SALCOMUN_SelectTodas("fecsal", SALCOFDM_FECs, strJSCambioTodas);
+    const std::string anchos = SALCOMUN_SelectTodas("bwsal", SALCOMUN_AnchosBanda, strJSCambioTodas);
+    const std::string guardas = SALCOMUN_SelectTodas("ingrd", SALCOMUN_IntervalosGuarda, strJSCambioTodas);
+    const std::string fecs = SALCOMUN_SelectTodas("fecsal", SALCOMUN_FECs, strJSCambioTodas);
     const std::string salidas =
         SALCOMUN_SelectTodas("outout", SALCOMUN_TiposSalidaTodas, strJSCambioSalidaTodas);
     return UTILS_Formatea(htmlultimalineaSalidaCOFDM, unidades, tablas.c_str(), pasos.c_str(), modos.c_str(),

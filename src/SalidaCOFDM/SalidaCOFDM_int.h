@@ -52,23 +52,6 @@ inline constexpr int SALCOFDM_UltimoModoOFDM = 2;
 inline constexpr int SALCOFDM_PrimerModoQAM = 12;
 inline constexpr int SALCOFDM_UltimoModoQAM = 16;
 
-// "bwsal", "ingrd", "fecsal": the OFDM signal's bandwidth, guard interval and code rate.
-inline constexpr SALCOMUN_Opcion SALCOFDM_AnchosBanda[] = {
-    {"0", "8 MHz"},
-    {"1", "7 MHz"},
-    {"2", "6 MHz"},
-};
-inline constexpr SALCOMUN_Opcion SALCOFDM_IntervalosGuarda[] = {
-    {"0", "1/32"},
-    {"1", "1/16"},
-    {"2", "1/8"},
-    {"3", "1/4"},
-};
-inline constexpr SALCOMUN_Opcion SALCOFDM_FECs[] = {
-    {"0", "1/2"}, {"1", "2/3"}, {"2", "3/4"}, {"3", "5/6"}, {"4", "7/8"},
-};
-
-
 // ---------------------------------------------------------------------------
 // Page templates
 // ---------------------------------------------------------------------------

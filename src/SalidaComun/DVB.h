@@ -9,6 +9,23 @@
 // Options
 // ---------------------------------------------------------------------------
 
+// "bwsal", "ingrd", "fecsal": the OFDM signal's bandwidth, guard interval and code rate, the
+// same in every DVB family.
+inline constexpr SALCOMUN_Opcion SALCOMUN_AnchosBanda[] = {
+    {"0", "8 MHz"},
+    {"1", "7 MHz"},
+    {"2", "6 MHz"},
+};
+inline constexpr SALCOMUN_Opcion SALCOMUN_IntervalosGuarda[] = {
+    {"0", "1/32"},
+    {"1", "1/16"},
+    {"2", "1/8"},
+    {"3", "1/4"},
+};
+inline constexpr SALCOMUN_Opcion SALCOMUN_FECs[] = {
+    {"0", "1/2"}, {"1", "2/3"}, {"2", "3/4"}, {"3", "5/6"}, {"4", "7/8"},
+};
+
 // "mlcn": how the logical channel numbers are signalled in the NIT.
 inline constexpr SALCOMUN_Opcion SALCOMUN_TiposLCN[] = {
     {"0", "Generic"},

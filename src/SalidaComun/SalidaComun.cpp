@@ -97,6 +97,14 @@ std::string SALCOMUN_Corta(std::string_view texto, std::size_t n)
     return std::string(texto.substr(0, UTILS_CorteUTF8(texto, n)));
 }
 
+bool SALCOMUN_EnRango(std::string_view texto, long minimo, long maximo)
+{
+    if (texto.empty() || texto.size() > 9 || texto.find_first_not_of("0123456789") != std::string_view::npos)
+        return false;
+    const long numero = UTILS_Numero(texto);
+    return numero >= minimo && numero <= maximo;
+}
+
 bool SALCOMUN_TieneDecimales(std::string_view texto)
 {
     return texto.find_first_of(",.") != std::string_view::npos;
@@ -597,7 +605,7 @@ int SALCOMUN_Graba(xmlDocPtr documento, char *formulario, const SALCOMUN_PaginaG
         return SALCOMUN_SinTexto;
     const SALCOMUN_Valores valores(formulario, pagina.claves);
     const int numcanales = SALCOMUN_NumCanales(valores["numcanales"]);
-    if (valores.FaltaRequerida() || numcanales == 0)
+    if (valores.FaltaRequerida() || numcanales == 0 || (pagina.admite != nullptr && !pagina.admite(valores)))
         return SALCOMUN_DatosInvalidos;
 
     int resultado = SALCOMUN_GrabaCampos(documento, valores, pagina.campos);

@@ -277,6 +277,9 @@ std::string SALCOMUN_SelectTodasOpciones(std::string_view base, std::vector<CTES
 // The first `n` bytes of a text, never cutting a UTF-8 character.
 std::string SALCOMUN_Corta(std::string_view texto, std::size_t n);
 
+// Whether the text is a whole number written with digits only, from minimo to maximo.
+bool SALCOMUN_EnRango(std::string_view texto, long minimo, long maximo);
+
 // Whether the text holds a decimal separator ("," or ".").
 bool SALCOMUN_TieneDecimales(std::string_view texto);
 
@@ -549,10 +552,12 @@ struct SALCOMUN_PaginaGrabar {
     std::span<const SALCOMUN_Clave> claves;
     std::span<const SALCOMUN_CampoUnidad> campos;
     std::span<const SALCOMUN_ListaLineas> listas = {};
+    // Whether the values are among those the page offers (none: any value is taken).
+    bool (*admite)(const SALCOMUN_Valores &valores) = nullptr;
 };
 
-// The save of a page, the same in every family: no text gives 4; a required key missing or
-// "numcanales" not 1..9 gives 7 and writes nothing; then the unit's values, and with lists the
+// The save of a page, the same in every family: no text gives 4; a required key missing,
+// "numcanales" not 1..9 or a value the page does not offer gives 7 and writes nothing; then the unit's values, and with lists the
 // IP services' lines and every list, are written: 6 when a write failed (the others are
 // still made), else 0.
 int SALCOMUN_Graba(xmlDocPtr documento, char *formulario, const SALCOMUN_PaginaGrabar &pagina);

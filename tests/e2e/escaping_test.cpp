@@ -125,6 +125,7 @@ TEST_P(Escaping, NoStoredTextLeavesItsContextOnAnyPage)
 const Rack kRacks[] = {
     {"qam", {"", "010.000.000.021", "010.000.000.031", "010.000.000.103"}, {"010.000.000.031"}},
     {"cofdm", {"", "010.000.000.032", "010.000.000.104"}, {"", "010.000.000.104"}},
+    {"isdbt", {"", "010.000.000.042", "010.000.000.043"}, {"010.000.000.043"}},
 };
 
 INSTANTIATE_TEST_SUITE_P(Racks, Escaping, ::testing::Combine(::testing::ValuesIn(kRacks), ::testing::Values(1u, 2u, 3u)),
