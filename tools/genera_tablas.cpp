@@ -146,21 +146,13 @@ std::string CanalesCOFDM()
     for (int plan = 0; plan < SALCOFDM_PlanesOfrecidos; ++plan) {
         // Plan 0: the whole megahertz typed in; a plan: its channel select, the position as twin.
         const std::string html =
-            plan == 0 ? SALCOMUN_CampoEntero(fila, htmlinput3digitos, NOMBRE, 3, 3, SALCOFDM_FrecuenciaMinima,
-                                             SALCOFDM_FrecuenciaMaxima, VALOR)
+            plan == 0 ? SALCOMUN_CampoEntero(fila, htmlinput3digitos, NOMBRE, 3, 3, SALCOMUN_FrecuenciaMinima,
+                                             SALCOMUN_FrecuenciaMaxima, VALOR)
                       : COFDM_SelectCanales(NOMBRE, NOMBRE, strJSOnBlurOnChangeCompruebacambios, plan, "") +
                             fila.Anterior(NOMBRE, VALOR);
         salida += std::string(plan ? "," : "") + "\n    " + Json(html);
     }
     return salida + "\n  ]";
-}
-
-std::vector<CTESHTML_Opcion> PasosQAM()
-{
-    std::vector<CTESHTML_Opcion> pasos;
-    for (int paso : SALCOFDM_PasosQAM)
-        pasos.push_back(CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, paso, paso).front());
-    return pasos;
 }
 
 // One OFDM-only setting: its div, its field as an OFDM mode paints it, and as a QAM mode does.
@@ -187,17 +179,17 @@ std::string TablasCOFDM()
            ",\n  \"primerModoQAM\": " + std::to_string(SALCOFDM_PrimerModoQAM) +
            ",\n  \"ultimoModoQAM\": " + std::to_string(SALCOFDM_UltimoModoQAM) +
            ",\n  \"pasos\": " + JsonOpciones(CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, 0, COFDM_NUMPASOSFRECUENCIA - 1)) +
-           ",\n  \"primerPasoFueraQAM\": " + std::to_string(SALCOFDM_PrimerPasoFueraQAM) +
+           ",\n  \"primerPasoFueraQAM\": " + std::to_string(SALCOMUN_PrimerPasoFueraQAM) +
            ",\n  \"canales\": " + CanalesCOFDM() +
-           ",\n  \"pasoConPlan\": " + Json(NoAplicable(SALCOFDM_PasoConPlan)) +
+           ",\n  \"pasoConPlan\": " + Json(NoAplicable(SALCOMUN_PasoConPlan)) +
            ",\n  \"pasoOFDM\": " +
            Json(SALCOMUN_CampoSelect(fila, NOMBRE, strJSOnBlurOnChangeCompruebacambios,
-                                     CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, 0, SALCOFDM_UltimoPasoOFDM), VALOR)) +
+                                     SALCOMUN_OpcionesPaso(false), VALOR)) +
            ",\n  \"pasoQAM\": " +
-           Json(SALCOMUN_CampoSelect(fila, NOMBRE, strJSOnBlurOnChangeCompruebacambios, PasosQAM(), VALOR)) +
-           ",\n  \"camposOFDM\": [" + CampoOFDM("bwsal", "divanchobanda", select(SALCOFDM_AnchosBanda)) + "," +
-           CampoOFDM("ingrd", "divintguarda", select(SALCOFDM_IntervalosGuarda)) + "," +
-           CampoOFDM("fecsal", "divfecsal", select(SALCOFDM_FECs)) + "," + CampoOFDM("cellid", "divcellid", celda) +
+           Json(SALCOMUN_CampoSelect(fila, NOMBRE, strJSOnBlurOnChangeCompruebacambios, SALCOMUN_OpcionesPaso(true), VALOR)) +
+           ",\n  \"camposOFDM\": [" + CampoOFDM("bwsal", "divanchobanda", select(SALCOMUN_AnchosBanda)) + "," +
+           CampoOFDM("ingrd", "divintguarda", select(SALCOMUN_IntervalosGuarda)) + "," +
+           CampoOFDM("fecsal", "divfecsal", select(SALCOMUN_FECs)) + "," + CampoOFDM("cellid", "divcellid", celda) +
            "\n  ]\n}";
 }
 

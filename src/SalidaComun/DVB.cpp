@@ -4,6 +4,7 @@
 #include "utils/utils.h"
 #include "utilsXML/utilsXML.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -131,6 +132,73 @@ constexpr SALCOMUN_ListaLineas SALCOMUNINT_ListasDVB[] = {
     {"sapid", UTILSXML_GrabaSALTSCanalAUDIOPID, nullptr},
 };
 
+// ---------------------------------------------------------------------------
+// The COFDM output row
+// ---------------------------------------------------------------------------
+
+// A number stored as text, printed back as the select's options carry it ("05" selects "5");
+// a text without digits is kept so that it selects nothing.
+std::string SALCOMUNINT_ValorOpcion(const std::string &texto, long numero)
+{
+    return numero >= 0 ? std::to_string(numero) : texto;
+}
+
+// The settings only an OFDM signal has, each in its own div so that the page script can swap
+// it when the mode changes. No options: the cell id, edited in hexadecimal.
+struct SALCOMUNINT_CampoOFDM {
+    const char *base;
+    const char *div;
+    UTILSXML_Lector0 lector;
+    std::span<const SALCOMUN_Opcion> opciones;
+};
+constexpr SALCOMUNINT_CampoOFDM SALCOMUNINT_CamposOFDM[] = {
+    {"bwsal", "divanchobanda", UTILSXML_LeeSALCODFMBW, SALCOMUN_AnchosBanda},
+    {"ingrd", "divintguarda", UTILSXML_LeeSALCODFMGUARDA, SALCOMUN_IntervalosGuarda},
+    {"fecsal", "divfecsal", UTILSXML_LeeSALCODFMFEC, SALCOMUN_FECs},
+    {"cellid", "divcellid", UTILSXML_LeeSALCODFMCELLID, {}},
+};
+constexpr std::size_t SALCOMUNINT_NumCamposOFDM = std::size(SALCOMUNINT_CamposOFDM);
+constexpr unsigned HEXA_MINIMO_CELDA = 0x0;
+
+std::string SALCOMUNINT_PintaCampoOFDM(const SALCOMUN_Fila &fila, const SALCOMUNINT_CampoOFDM &campo, bool modoQAM)
+{
+    const std::string nombre = fila.Nombre(campo.base);
+    const std::string valor = UTILSXML_LeeTexto(campo.lector, fila.documento, TAM_TEXTO);
+    std::string contenido;
+    if (modoQAM)
+        contenido = SALCOMUN_NoAplicable(nombre, valor);
+    else if (campo.opciones.empty())
+        contenido = SALCOMUN_CampoHexa(fila, nombre, HEXA_MINIMO_CELDA, valor);
+    else
+        contenido = SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios,
+                                         SALCOMUN_Opciones(campo.opciones), valor);
+    return CTESHTML_Div(campo.div + fila.sufijo, contenido);
+}
+
+// "outchn": with plan 0 the whole megahertz typed in, with a plan the plan's channel select.
+std::string SALCOMUNINT_WidgetCanal(const SALCOMUN_Fila &fila, int plan, const std::string &canal)
+{
+    const std::string nombre = fila.Nombre("outchn");
+    if (plan == 0)
+        return SALCOMUN_CampoEntero(fila, htmlinput3digitos, nombre, 3, 3, SALCOMUN_FrecuenciaMinima,
+                                    SALCOMUN_FrecuenciaMaxima, SALCOMUN_Corta(canal, 3));
+    return COFDM_SelectCanales(nombre, nombre, strJSOnBlurOnChangeCompruebacambios, plan, canal) +
+           fila.Anterior(nombre, std::to_string(COFDM_CanalSeleccionado(plan, canal)));
+}
+
+// "frecstep": with a plan the step is fixed and carried hidden; with plan 0 a select of the
+// steps the mode allows.
+std::string SALCOMUNINT_WidgetPaso(const SALCOMUN_Fila &fila, int plan, bool modoQAM, const std::string &paso)
+{
+    const std::string nombre = fila.Nombre("frecstep");
+    if (plan != 0)
+        return SALCOMUN_NoAplicable(nombre, SALCOMUN_PasoConPlan);
+    const long numero = UTILS_Numero(paso, -1);
+    const std::string valor = modoQAM && numero >= SALCOMUN_PrimerPasoFueraQAM ? "0" : SALCOMUNINT_ValorOpcion(paso, numero);
+    return SALCOMUN_CampoSelect(fila, nombre, strJSOnBlurOnChangeCompruebacambios, SALCOMUN_OpcionesPaso(modoQAM),
+                                valor);
+}
+
 }  // namespace
 
 // An identifier edited as four hexadecimal digits behind a read-only "0x".
@@ -228,3 +296,118 @@ std::string SALCOMUN_CierreTransporteDVB(int unidades)
 
 const SALCOMUN_PaginaGrabar SALCOMUN_GrabarTransporteDVB = {SALCOMUNINT_ClavesDVB, SALCOMUNINT_EscriturasDVB,
                                                            SALCOMUNINT_ListasDVB};
+
+// The frequency steps of plan 0: 0..11 in OFDM modes, 0, 3, 6 and 9 in QAM modes.
+std::vector<CTESHTML_Opcion> SALCOMUN_OpcionesPaso(bool modoQAM)
+{
+    if (!modoQAM)
+        return CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, 0, SALCOMUN_UltimoPasoOFDM);
+    std::vector<CTESHTML_Opcion> pasos;
+    for (int paso : SALCOMUN_PasosQAM)
+        pasos.push_back(CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, paso, paso).front());
+    return pasos;
+}
+
+int SALCOMUN_PintaLineaSalidaCOFDM(const SALCOMUN_VarianteCOFDM &variante, xmlDocPtr config, int esMaster,
+                                   int configTotal, uint8_t canales, const char *modelo, const char *sufijo)
+{
+    const SALCOMUN_Fila fila = SALCOMUN_PreparaFila(config, esMaster, sufijo, configTotal != 0);
+
+    const int modo = variante.modo(UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMMODO, config, TAM_TEXTO, "0"));
+    const bool modoQAM = variante.esModoQAM(modo);
+
+    // The plans the mode offers; another stored plan selects nothing and, like an unreadable
+    // one, gets the typed frequency of plan 0.
+    const std::vector<CTESHTML_Opcion> planes = variante.opcionesPlan(modoQAM);
+    const std::string tabla = UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMTABLA, config, TAM_TEXTO);
+    const long numeroTabla = UTILS_Numero(tabla, -1);
+    const bool planOfrecido = std::any_of(planes.begin(), planes.end(), [&](const CTESHTML_Opcion &o) {
+        return o.valor == std::to_string(numeroTabla);
+    });
+    const int plan = planOfrecido ? static_cast<int>(numeroTabla) : 0;
+    const std::string celdaTabla = SALCOMUN_CampoSelect(fila, fila.Nombre("outtab"), strJSCambioTablacanalsalidaCOFDM,
+                                                        planes, planOfrecido ? std::to_string(plan) : tabla);
+    const std::string celdaCanal =
+        CTESHTML_Div("divoutchn" + fila.sufijo,
+                     SALCOMUNINT_WidgetCanal(fila, plan, UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMFREC, config, TAM_TEXTO)));
+
+    const std::string celdaModo = SALCOMUN_CampoSelect(fila, fila.Nombre("outmod"), variante.eventoModo,
+                                                       variante.opcionesModo(), std::to_string(modo));
+    const std::string celdaPaso = CTESHTML_Div(
+        "divfrecstep" + fila.sufijo,
+        SALCOMUNINT_WidgetPaso(fila, plan, modoQAM, UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMFRECSTEP, config, TAM_TEXTO)));
+
+    const std::string celdaNivel = SALCOMUN_CampoEntero(fila, htmlinputLCN, fila.Nombre("outlev"), 2, 2, 0, 99,
+                                                        UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMNIVEL, config, TAM_TEXTO));
+
+    std::array<std::string, SALCOMUNINT_NumCamposOFDM> celdasOFDM;
+    for (std::size_t i = 0; i < SALCOMUNINT_NumCamposOFDM; ++i)
+        celdasOFDM[i] = SALCOMUNINT_PintaCampoOFDM(fila, SALCOMUNINT_CamposOFDM[i], modoQAM);
+
+    // The baud rate is the cable signal's setting: editable in QAM modes, where the family lets
+    // it be set at all.
+    const std::string baudios = UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMBAUDRATE, config, TAM_TEXTO);
+    const std::string valorBaudios = SALCOMUN_Corta(baudios, SALCOMUN_TieneDecimales(baudios) ? 5 : 1);
+    const std::string nombreBaudios = fila.Nombre("outbau");
+    const std::string celdaBaudios = CTESHTML_Div(
+        "divbaudrate" + fila.sufijo,
+        CTESHTML_Input(htmlinput, nombreBaudios, 5, nombreBaudios, strJSPermitirreales,
+                       UTILS_Formatea(strJSvalidaEntDecimales, "1", "7.2", 4),
+                       std::string(strJSOnBlurOnChangeCompruebacambios) + (modoQAM && variante.baudiosEnQAM ? "" : " disabled"), valorBaudios,
+                       5) +
+            fila.Anterior(nombreBaudios, valorBaudios));
+
+    const std::string celdaSalida = SALCOMUN_CampoSelect(
+        fila, fila.Nombre("outout"), strJSOnBlurOnChangeCompruebacambios, SALCOMUN_Opciones(SALCOMUN_TiposSalida),
+        UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMSALIDA, config, TAM_TEXTO));
+    const bool bucle = UTILSXML_LeeTexto(UTILSXML_LeeSALCODFMLoopRF, config, TAM_TEXTO).starts_with('1');
+    const std::string nombreBucle = fila.Nombre("outrfl");
+    const std::string celdaBucle =
+        CTESHTML_Checkbox(nombreBucle, nombreBucle, bucle, strJSOnBlurOnChangeCompruebacambios) +
+        fila.Anterior(nombreBucle, bucle ? "1" : "0");
+
+    if (fila.configTotal) {
+        UTILS_Imprime(UTILS_Formatea(htmlConfigTotalOutputConfigCOFDM, celdaTabla.c_str(), celdaCanal.c_str(),
+                                           celdaPaso.c_str(), celdaNivel.c_str(), celdaModo.c_str(),
+                                           celdasOFDM[0].c_str(), celdasOFDM[1].c_str(), celdasOFDM[2].c_str(),
+                                           celdasOFDM[3].c_str(), celdaBaudios.c_str(), celdaSalida.c_str(),
+                                           celdaBucle.c_str()));
+        return 0;
+    }
+
+    const std::string ocultos =
+        SALCOMUN_OcultosUnidad(fila, canales, variante.tipoUnidad) +
+        SALCOMUN_Oculto(fila, "bitratetotal", UTILS_Formatea("%lu", SALCOMUN_BitrateTotal(config, canales)));
+    const SALCOMUN_CeldasUnidad unidad = SALCOMUN_CeldasConfig(fila, modelo);
+    const std::string forzar = fila.Nombre("forzarconfig");
+    UTILS_Imprime(UTILS_Formatea(
+        htmlinfosalidaCOFDM, unidad.orden.c_str(), unidad.modelo.c_str(), celdaTabla.c_str(), celdaCanal.c_str(),
+        celdaPaso.c_str(), celdaNivel.c_str(), celdaModo.c_str(), celdasOFDM[0].c_str(), celdasOFDM[1].c_str(),
+        celdasOFDM[2].c_str(), celdasOFDM[3].c_str(), celdaBaudios.c_str(), celdaSalida.c_str(), celdaBucle.c_str(),
+        forzar.c_str(), forzar.c_str(), SALCOMUN_MarcaForzar(config), ocultos.c_str()));
+    return 0;
+}
+
+std::string SALCOMUN_CierreSalidaCOFDM(const SALCOMUN_VarianteCOFDM &variante, int unidades)
+{
+    // The plans of both kinds of mode, in plan order.
+    std::vector<CTESHTML_Opcion> planes = variante.opcionesPlan(false);
+    for (const CTESHTML_Opcion &plan : variante.opcionesPlan(true))
+        if (std::none_of(planes.begin(), planes.end(), [&](const CTESHTML_Opcion &o) { return o.valor == plan.valor; }))
+            planes.push_back(plan);
+    std::stable_sort(planes.begin(), planes.end(), [](const CTESHTML_Opcion &a, const CTESHTML_Opcion &b) {
+        return UTILS_Numero(a.valor) < UTILS_Numero(b.valor);
+    });
+    const std::string tablas = SALCOMUN_SelectTodasOpciones("outtab", planes, strJSCambioTodas);
+    const std::string pasos =
+        SALCOMUN_SelectTodasOpciones("frecstep", SALCOMUN_OpcionesPaso(false), strJSCambioTodas);
+    const std::string modos =
+        SALCOMUN_SelectTodasOpciones("outmod", variante.opcionesModo(), strJSCambioTodas);
+    const std::string anchos = SALCOMUN_SelectTodas("bwsal", SALCOMUN_AnchosBanda, strJSCambioTodas);
+    const std::string guardas = SALCOMUN_SelectTodas("ingrd", SALCOMUN_IntervalosGuarda, strJSCambioTodas);
+    const std::string fecs = SALCOMUN_SelectTodas("fecsal", SALCOMUN_FECs, strJSCambioTodas);
+    const std::string salidas =
+        SALCOMUN_SelectTodas("outout", SALCOMUN_TiposSalidaTodas, strJSCambioSalidaTodas);
+    return UTILS_Formatea(htmlultimalineaSalidaCOFDM, unidades, tablas.c_str(), pasos.c_str(), modos.c_str(),
+                          anchos.c_str(), guardas.c_str(), fecs.c_str(), salidas.c_str());
+}

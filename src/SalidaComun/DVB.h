@@ -1,6 +1,7 @@
-// DVB.h: the transport page of the families whose transport stream carries DVB service
-// information (COFDM, ISDB-T, COFDM/QAM-B): one painter, one closing row and one save for all
-// of them, and the fields of their output rows that a mode does not use.
+// DVB.h: what the families whose transport stream carries DVB service information (COFDM,
+// ISDB-T, COFDM/QAM-B) share: the transport page (one painter, one closing row, one save),
+// the frequency and step rules of their output rows, the fields a mode does not use, and the
+// COFDM output row, which the COFDM and COFDM/QAM-B families paint with their own modes.
 #pragma once
 
 #include "SalidaComun/SalidaComun.h"
@@ -38,6 +39,19 @@ inline constexpr char SALCOMUN_TipoLCNDefecto[] = "0";
 // "nitvs", "sdtvs": table versions 0..31, or 32 "Auto" (the unit counts them itself).
 inline constexpr int SALCOMUN_UltimaVersion = 31;
 inline constexpr SALCOMUN_Opcion SALCOMUN_VersionAuto = {"32", "Auto"};
+
+// "outchn" with plan 0: the whole megahertz typed in.
+inline constexpr int SALCOMUN_FrecuenciaMinima = 46;
+inline constexpr int SALCOMUN_FrecuenciaMaxima = 862;
+
+// "frecstep" with a channel plan: the step is fixed, carried hidden with this value.
+inline constexpr char SALCOMUN_PasoConPlan[] = "2";
+// Frequency steps offered with plan 0: positions 0..11 of FrecuencyStepCOFDM in OFDM modes
+// ("143 kHz" never), only these four in QAM modes.
+inline constexpr int SALCOMUN_UltimoPasoOFDM = 11;
+inline constexpr int SALCOMUN_PasosQAM[] = {0, 3, 6, 9};
+// In QAM modes a stored step from this position on selects position 0.
+inline constexpr int SALCOMUN_PrimerPasoFueraQAM = 10;
 
 // ---------------------------------------------------------------------------
 // Templates
@@ -77,6 +91,32 @@ inline constexpr char htmlcaptioncerox[] =
 // A field the unit's mode does not use: its value carried hidden, and "n/a" shown.
 inline constexpr char htmlnoaplicablemodo[] = "%sn/a";
 
+#define SALCOMUN_TH_SALIDA_COFDM                                                                                 \
+    SALCOMUN_TH("Table") SALCOMUN_TH("Channel") SALCOMUN_TH("Freq. Adj.") SALCOMUN_TH("Level")    \
+    SALCOMUN_TH("Mode") SALCOMUN_TH("BW") SALCOMUN_TH("Guard Interval") SALCOMUN_TH("FEC")        \
+    SALCOMUN_TH("CELL ID") SALCOMUN_TH("Baudrate") SALCOMUN_TH("Output") SALCOMUN_TH("RF Loop")
+
+// The COFDM output row.
+inline constexpr char htmlinfosalidainicioCOFDM[] =
+    SALCOMUN_ABRETABLA SALCOMUN_TH_ORDEN(0) SALCOMUN_TH_SALIDA_COFDM SALCOMUN_TH("Select") "</tr>";
+// order, model, Table, Channel, Freq. Adj., Level, Mode, BW, Guard Interval, FEC, CELL ID,
+// Baudrate, Output, RF Loop, forzarconfig name and id, marker, hidden fields
+inline constexpr char htmlinfosalidaCOFDM[] =
+    "<tr>" SALCOMUN_TD SALCOMUN_TD SALCOMUN_TD6 SALCOMUN_TD6 SALCOMUN_TD_SELECCION "</tr>";
+// unit count, "outtab_all", "frecstep_all", "outmod_all", "bwsal_all", "ingrd_all",
+// "fecsal_all", "outout_all"
+inline constexpr char htmlultimalineaSalidaCOFDM[] =
+    SALCOMUN_TD_ULTIMA_ROTULO SALCOMUN_TD_ULTIMA
+    "<td class='ultimalinea'><div id=\"tablaselect_all\"></div></td>" SALCOMUN_TD_ULTIMA
+        SALCOMUN_TD_ULTIMA_VACIA(1) SALCOMUN_TD_ULTIMA SALCOMUN_TD_ULTIMA SALCOMUN_TD_ULTIMA
+            SALCOMUN_TD_ULTIMA SALCOMUN_TD_ULTIMA_VACIA(2) SALCOMUN_TD_ULTIMA
+        SALCOMUN_TD_BUCLE_TODAS SALCOMUN_TD_FORZARCONF;
+// Table, Channel, Freq. Adj., Level, Mode, BW, Guard Interval, FEC, CELL ID, Baudrate,
+// Output, RF Loop
+inline constexpr char htmlConfigTotalOutputConfigCOFDM[] =
+    SALCOMUN_ABRECONFIGTOTAL("Output Configuration:") SALCOMUN_TH_SALIDA_COFDM "</tr><tr>" SALCOMUN_TD6
+        SALCOMUN_TD6 "</tr></tbody></table>";
+
 // ---------------------------------------------------------------------------
 // Painters and save
 // ---------------------------------------------------------------------------
@@ -99,3 +139,26 @@ int SALCOMUN_PintaLineaTransporteDVB(int tipoUnidad, xmlDocPtr config, int esMas
 std::string SALCOMUN_CierreTransporteDVB(int unidades);
 // The transport page's save.
 extern const SALCOMUN_PaginaGrabar SALCOMUN_GrabarTransporteDVB;
+
+// The frequency steps of plan 0: 0..11 in OFDM modes, 0, 3, 6 and 9 in QAM modes.
+std::vector<CTESHTML_Opcion> SALCOMUN_OpcionesPaso(bool modoQAM);
+
+// What tells the COFDM output rows of the families that paint them apart: the family index,
+// the mode select (its event, its choices, the stored mode as painted, which modes are cable
+// QAM), the plans offered in a mode, and whether the baud rate is editable in QAM modes.
+struct SALCOMUN_VarianteCOFDM {
+    int tipoUnidad;
+    const char *eventoModo;
+    std::vector<CTESHTML_Opcion> (*opcionesModo)();
+    int (*modo)(std::string_view guardado);
+    bool (*esModoQAM)(long modo);
+    std::vector<CTESHTML_Opcion> (*opcionesPlan)(bool modoQAM);
+    bool baudiosEnQAM;
+};
+
+// An output row of a COFDM family (SALIDACOFDM), or with configTotal the advanced page's
+// "Output Configuration:" block.
+int SALCOMUN_PintaLineaSalidaCOFDM(const SALCOMUN_VarianteCOFDM &variante, xmlDocPtr config, int esMaster,
+                                   int configTotal, uint8_t canales, const char *modelo, const char *sufijo);
+// Its closing row for `unidades` units: the plans of every mode, the steps of plan 0, the modes.
+std::string SALCOMUN_CierreSalidaCOFDM(const SALCOMUN_VarianteCOFDM &variante, int unidades);
