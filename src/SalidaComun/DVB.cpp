@@ -199,6 +199,32 @@ std::string SALCOMUNINT_WidgetPaso(const SALCOMUN_Fila &fila, int plan, bool mod
                                 valor);
 }
 
+// The COFDM output page's save.
+
+// All required: the settings a mode does not use come back from their hidden inputs.
+constexpr SALCOMUN_Clave SALCOMUNINT_ClavesSalidaCOFDM[] = {
+    {"numcanales", true}, {"outtab", true}, {"outchn", true}, {"outlev", true}, {"outmod", true},
+    {"frecstep", true},   {"bwsal", true},  {"ingrd", true},  {"fecsal", true}, {"cellid", true},
+    {"outbau", true},     {"outout", true}, {"outrfl", true},
+};
+
+// Written in this order, each value as received.
+constexpr SALCOMUN_CampoUnidad SALCOMUNINT_EscriturasSalidaCOFDM[] = {
+    {"outtab", UTILSXML_GrabaSALCODFMTABLA},
+    {"outmod", UTILSXML_GrabaSALCODFMMODO},
+    {"ingrd", UTILSXML_GrabaSALCODFMGUARDA},
+    {"outbau", UTILSXML_GrabaSALCODFMBAUDRATE},
+    {"outchn", UTILSXML_GrabaSALCODFMFREC},
+    {"frecstep", UTILSXML_GrabaSALCODFMFRECSTEP},
+    {"fecsal", UTILSXML_GrabaSALCODFMFEC},
+    {"outout", UTILSXML_GrabaSALCODFMSALIDA},
+    {"outlev", UTILSXML_GrabaSALCODFMNIVEL},
+    {"bwsal", UTILSXML_GrabaSALCODFMBW},
+    {"cellid", UTILSXML_GrabaSALCODFMCELLID},
+    {"outrfl", UTILSXML_GrabaSALCODFMLoopRF},
+};
+
+
 }  // namespace
 
 // An identifier edited as four hexadecimal digits behind a read-only "0x".
@@ -411,3 +437,6 @@ std::string SALCOMUN_CierreSalidaCOFDM(const SALCOMUN_VarianteCOFDM &variante, i
     return UTILS_Formatea(htmlultimalineaSalidaCOFDM, unidades, tablas.c_str(), pasos.c_str(), modos.c_str(),
                           anchos.c_str(), guardas.c_str(), fecs.c_str(), salidas.c_str());
 }
+
+const SALCOMUN_PaginaGrabar SALCOMUN_GrabarSalidaCOFDM = {SALCOMUNINT_ClavesSalidaCOFDM,
+                                                         SALCOMUNINT_EscriturasSalidaCOFDM};

@@ -162,3 +162,6 @@ int SALCOMUN_PintaLineaSalidaCOFDM(const SALCOMUN_VarianteCOFDM &variante, xmlDo
                                    int configTotal, uint8_t canales, const char *modelo, const char *sufijo);
 // Its closing row for `unidades` units: the plans of every mode, the steps of plan 0, the modes.
 std::string SALCOMUN_CierreSalidaCOFDM(const SALCOMUN_VarianteCOFDM &variante, int unidades);
+// The COFDM output page's save: every key required (the settings a mode does not use come
+// back from their hidden inputs), each value written as received.
+extern const SALCOMUN_PaginaGrabar SALCOMUN_GrabarSalidaCOFDM;

@@ -71,8 +71,8 @@ std::string SALISDBTINT_WidgetCanal(const SALCOMUN_Fila &fila, int plan, const s
 {
     const std::string nombre = fila.Nombre("outchn");
     if (plan != SALISDBT_PlanBroadcast)
-        return SALCOMUN_CampoEntero(fila, htmlinput3digitos, nombre, 3, 3, SALISDBT_FrecuenciaMinima,
-                                    SALISDBT_FrecuenciaMaxima, SALCOMUN_Corta(canal, 3));
+        return SALCOMUN_CampoEntero(fila, htmlinput3digitos, nombre, 3, 3, SALCOMUN_FrecuenciaMinima,
+                                    SALCOMUN_FrecuenciaMaxima, SALCOMUN_Corta(canal, 3));
     return COFDM_SelectCanales(nombre, nombre, strJSOnBlurOnChangeCompruebacambios, plan, canal) +
            fila.Anterior(nombre, std::to_string(COFDM_CanalSeleccionado(plan, canal)));
 }

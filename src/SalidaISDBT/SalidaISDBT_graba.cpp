@@ -41,7 +41,7 @@ bool SALISDBTINT_AdmiteSalida(const SALCOMUN_Valores &v)
         return false;
     const bool modoISDBT = UTILS_Numero(v["outmod"]) <= SALISDBT_UltimoModoISDBT;
     const bool canal = broadcast ? SALCOMUN_EnRango(v["outchn"], 0, COFDM_TablasdeCanales[SALISDBT_PlanBroadcast].numCanales - 1)
-                                 : SALCOMUN_EnRango(v["outchn"], SALISDBT_FrecuenciaMinima, SALISDBT_FrecuenciaMaxima);
+                                 : SALCOMUN_EnRango(v["outchn"], SALCOMUN_FrecuenciaMinima, SALCOMUN_FrecuenciaMaxima);
     const bool paso = broadcast || SALCOMUN_EnRango(v["frecstep"], 0, COFDM_NUMPASOSFRECUENCIA - 1);
     const bool ofdm = modoISDBT ? SALCOMUN_EnRango(v["outofdm"], 0, COFDM_NUMOFDMISDBT - 1)
                                 : std::any_of(std::begin(SALISDBT_OFDMsCOFDM), std::end(SALISDBT_OFDMsCOFDM),

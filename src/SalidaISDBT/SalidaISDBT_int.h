@@ -33,10 +33,6 @@ inline constexpr int SALISDBT_TipoUnidad = SALCOMUN_FamiliaISDBT;
 inline constexpr int SALISDBT_PlanFrecuencia = 0;
 inline constexpr int SALISDBT_PlanBroadcast = 12;
 
-// "outchn" with plan 0: the whole megahertz typed in.
-inline constexpr int SALISDBT_FrecuenciaMinima = 46;
-inline constexpr int SALISDBT_FrecuenciaMaxima = 862;
-
 // "outmod": positions 0..3 are ISDB-T modes, 4..6 COFDM (DVB-T) modes; a stored value outside
 // 0..6 is painted as 0.
 inline constexpr int SALISDBT_UltimoModoISDBT = 3;

@@ -7,17 +7,17 @@
 #include "cambioIP/salida_ip.h"
 
 #include "SalidaCOFDM/SalidaCOFDM.h"
+#include "SalidaCODFMQAMB/SalidaCODFMQAMB.h"
 #include "SalidaISDBT/SalidaISDBT.h"
 #include "SalidaQAM/SalidaQAM.h"
 
-// The output modules' pages and saves, one slot per family. A family without a module has
-// an empty slot, and its units are answered with "Device not supported".
-const CIP_TablaPagina CIP_FuncionesSondeoRapido = {1, {SALQAM_SondeoRapido, SALCOFDM_SondeoRapido, SALISDBT_SondeoRapido, nullptr}};
-const CIP_TablaPagina CIP_FuncionesSondeoDetallado = {1, {SALQAM_SondeoDetallado, SALCOFDM_SondeoDetallado, SALISDBT_SondeoDetallado, nullptr}};
-const CIP_TablaPagina CIP_FuncionesTransporte = {0, {SALQAM_GeneraTransporte, SALCOFDM_GeneraTransporte, SALISDBT_GeneraTransporte, nullptr}};
-const CIP_TablaPagina CIP_FuncionesSalida = {0, {SALQAM_GeneraSalida, SALCOFDM_GeneraSalida, SALISDBT_GeneraSalida, nullptr}};
-const CIP_TablaGrabar CIP_FuncionesGrTransporte = {{SALQAM_GrabaTransporte, SALCOFDM_GrabaTransporte, SALISDBT_GrabaTransporte, nullptr}};
-const CIP_TablaGrabar CIP_FuncionesGrabarSalida = {{SALQAM_GrabaSalida, SALCOFDM_GrabaSalida, SALISDBT_GrabaSalida, nullptr}};
+// The output modules' pages and saves, one slot per family.
+const CIP_TablaPagina CIP_FuncionesSondeoRapido = {1, {SALQAM_SondeoRapido, SALCOFDM_SondeoRapido, SALISDBT_SondeoRapido, SALCOFDMQAMB_SondeoRapido}};
+const CIP_TablaPagina CIP_FuncionesSondeoDetallado = {1, {SALQAM_SondeoDetallado, SALCOFDM_SondeoDetallado, SALISDBT_SondeoDetallado, SALCOFDMQAMB_SondeoDetallado}};
+const CIP_TablaPagina CIP_FuncionesTransporte = {0, {SALQAM_GeneraTransporte, SALCOFDM_GeneraTransporte, SALISDBT_GeneraTransporte, SALCOFDMQAMB_GeneraTransporte}};
+const CIP_TablaPagina CIP_FuncionesSalida = {0, {SALQAM_GeneraSalida, SALCOFDM_GeneraSalida, SALISDBT_GeneraSalida, SALCOFDMQAMB_GeneraSalida}};
+const CIP_TablaGrabar CIP_FuncionesGrTransporte = {{SALQAM_GrabaTransporte, SALCOFDM_GrabaTransporte, SALISDBT_GrabaTransporte, SALCOFDMQAMB_GrabaTransporte}};
+const CIP_TablaGrabar CIP_FuncionesGrabarSalida = {{SALQAM_GrabaSalida, SALCOFDM_GrabaSalida, SALISDBT_GrabaSalida, SALCOFDMQAMB_GrabaSalida}};
 
 // The common pages and their saves: every family uses the same functions, except the
 // test page, whose QAM rows have an EAS column and whose other rows use the EU layout.
