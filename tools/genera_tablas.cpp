@@ -10,6 +10,8 @@
 #include "SalidaCOFDM/SalidaCOFDM_int.h"
 #include "SalidaComun/TablasCanales.h"
 #include "SalidaComun/SalidaComun.h"
+#include "SalidaCODFMQAMB/SalidaCODFMQAMB_int.h"
+#include "SalidaISDBT/SalidaISDBT_int.h"
 #include "SalidaQAM/SalidaQAM_int.h"
 #include "cteshtml/cteshtml.h"
 #include "utils/utils.h"
@@ -143,7 +145,7 @@ std::string CanalesCOFDM()
 {
     const SALCOMUN_Fila fila = FilaModelo();
     std::string salida = "[";
-    for (int plan = 0; plan < SALCOFDM_PlanesOfrecidos; ++plan) {
+    for (int plan = 0; plan < COFDM_NUMTABLASCANALES; ++plan) {
         // Plan 0: the whole megahertz typed in; a plan: its channel select, the position as twin.
         const std::string html =
             plan == 0 ? SALCOMUN_CampoEntero(fila, htmlinput3digitos, NOMBRE, 3, 3, SALCOMUN_FrecuenciaMinima,
@@ -193,6 +195,41 @@ std::string TablasCOFDM()
            "\n  ]\n}";
 }
 
+// --- ISDB-T output row ------------------------------------------------------
+
+std::string TablasISDBT()
+{
+    const SALCOMUN_Fila fila = FilaModelo();
+    const auto select = [&](const std::vector<CTESHTML_Opcion> &opciones) {
+        return SALCOMUN_CampoSelect(fila, NOMBRE, strJSOnBlurOnChangeCompruebacambios, opciones, VALOR);
+    };
+    std::vector<CTESHTML_Opcion> ofdmCOFDM;
+    for (int posicion : SALISDBT_OFDMsCOFDM)
+        ofdmCOFDM.push_back(CTESHTML_OpcionesEtiquetas(OFDMSalidaISDBT, posicion, posicion).front());
+    return "{\n  \"planBroadcast\": " + std::to_string(SALISDBT_PlanBroadcast) +
+           ",\n  \"ultimoModoISDBT\": " + std::to_string(SALISDBT_UltimoModoISDBT) +
+           ",\n  \"ofdmISDBT\": " + JsonOpciones(CTESHTML_OpcionesEtiquetas(OFDMSalidaISDBT, 0, COFDM_NUMOFDMISDBT - 1)) +
+           ",\n  \"ofdmCOFDM\": " + JsonOpciones(ofdmCOFDM) +
+           ",\n  \"pasos\": " + Json(select(CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, 0, COFDM_NUMPASOSFRECUENCIA - 1))) +
+           ",\n  \"interleaving\": " +
+           Json(select(CTESHTML_OpcionesEtiquetas(InterleavingSalidaISDBT, 0, SALISDBT_UltimoInterleaving))) +
+           ",\n  \"noAplicable\": " + Json(NoAplicable(VALOR)) + "\n}";
+}
+
+// --- COFDM/QAM-B output row -------------------------------------------------
+
+std::string TablasCOFDMQAMB()
+{
+    std::vector<CTESHTML_Opcion> dvbt, anexoB;
+    for (int plan = 0; plan < SALCOFDMQAMB_PlanesDVBT; ++plan)
+        dvbt.push_back(COFDM_OpcionTabla(plan));
+    for (int plan : SALCOFDMQAMB_PlanesAnexoB)
+        anexoB.push_back(COFDM_OpcionTabla(plan));
+    return "{\n  \"tipoUnidad\": " + std::to_string(SALCOFDMQAMB_TipoUnidad) +
+           ",\n  \"primerModoQAM\": " + std::to_string(SALCOFDMQAMB_PrimerModoQAM) +
+           ",\n  \"planesDVBT\": " + JsonOpciones(dvbt) + ",\n  \"planesAnexoB\": " + JsonOpciones(anexoB) + "\n}";
+}
+
 }  // namespace
 
 int main(int argc, char **argv)
@@ -205,7 +242,8 @@ int main(int argc, char **argv)
         "// tablas.js: written by the build (tools/genera_tablas) from the CGI's own tables; do not edit.\n"
         "'use strict';\n"
         "var TABLAS = {\n\"qam\": " +
-        TablasQAM() + ",\n\"cofdm\": " + TablasCOFDM() + "\n};\n";
+        TablasQAM() + ",\n\"cofdm\": " + TablasCOFDM() + ",\n\"isdbt\": " + TablasISDBT() +
+        ",\n\"cofdmqamb\": " + TablasCOFDMQAMB() + "\n};\n";
     const std::string temporal = std::string(argv[1]) + ".tmp";
     {
         std::ofstream salida(temporal, std::ios::binary | std::ios::trunc);

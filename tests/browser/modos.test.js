@@ -7,7 +7,6 @@
 'use strict';
 
 const fs = require('node:fs');
-const path = require('node:path');
 const { test } = require('node:test');
 const assert = require('node:assert/strict');
 const { conCaptura } = require('./navegador.js');
@@ -46,7 +45,7 @@ function describeCeldas(pagina, ids) {
 
 // Writes `valores` ({TAG: value}) into the unit's output section of its document.
 function planta(raiz, sufijo, seccion, valores) {
-  const fichero = path.join(raiz, 'config', `network.${sufijo.slice(1).replaceAll('_', '.')}.xml`);
+  const fichero = banco.documentoDe({ raiz }, sufijo);
   const original = fs.readFileSync(fichero, 'utf8');
   const patron = new RegExp(`<${seccion}>[\\s\\S]*?</${seccion}>`);
   assert.match(original, patron, `the unit's document has a ${seccion} section`);
@@ -96,6 +95,26 @@ const CASOS = [
     ['_010_000_000_104', '16'], ['_010_000_000_102', '14']].map(([s, v]) => ({
     funcion: 'CambioModoCOFDM', rack: 'cofdm', sufijo: s, base: 'outmod', valor: v,
     seccion: 'SALIDACOFDM', etiqueta: 'MODO', celdas: COFDM_CELDAS(s),
+  })),
+  // COFDM/QAM-B: the plans follow the kind of mode (a plan the mode does not offer gives way
+  // to plan 0), the DVB-T settings go n/a in Annex B, the baud rate stays fixed.
+  ...[['', '4'], ['_010_000_000_052', '1']].map(([s, v]) => ({
+    funcion: 'CambioModoCOFDMQAMB', rack: 'cofdmqamb', sufijo: s, base: 'outmod', valor: v,
+    seccion: 'SALIDACOFDM', etiqueta: 'MODO', celdas: [`outtab${s}`, ...COFDM_CELDAS(s)],
+  })),
+  ...[['_010_000_000_052', '13'], ['_010_000_000_052', '0']].map(([s, v]) => ({
+    funcion: 'CambioTablaCanalesSalidaCOFDM', rack: 'cofdmqamb', sufijo: s, base: 'outtab', valor: v,
+    seccion: 'SALIDACOFDM', etiqueta: 'TABLA', celdas: COFDM_CELDAS(s),
+  })),
+  // ISDB-T: the Broadcast plan lists its channels and fixes the step; the mode chooses the
+  // transmission modes and the time interleaving.
+  ...[['', '0'], ['_010_000_000_042', '12']].map(([s, v]) => ({
+    funcion: 'CambioTablaCanalesSalidaISDBT', rack: 'isdbt', sufijo: s, base: 'outtab', valor: v,
+    seccion: 'SALIDAISDBT', etiqueta: 'TABLA', celdas: [`divoutchn${s}`, `divfrecstep${s}`],
+  })),
+  ...[['', '5'], ['_010_000_000_042', '2']].map(([s, v]) => ({
+    funcion: 'CambioModoISDBT', rack: 'isdbt', sufijo: s, base: 'outmod', valor: v,
+    seccion: 'SALIDAISDBT', etiqueta: 'MODO', celdas: [`outofdm${s}`, `divinterleaving${s}`],
   })),
 ];
 

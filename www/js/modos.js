@@ -1,8 +1,8 @@
 // modos.js: the output pages' mode and channel-table swaps. When the operator changes a
 // unit's channel table or its modulation, the row's dependent cells are painted again as
 // the CGI paints them for that table or mode: the channel widget of the table, the
-// frequency step of the plan and mode, the OFDM-only settings, the baud rate and the
-// interleaver. The cells come from TABLAS (js/tablas.js, written by the build from the
+// frequency step of the plan and mode, the OFDM-only settings, the baud rate, the
+// interleaver, and the plans and transmission modes a mode offers. The cells come from TABLAS (js/tablas.js, written by the build from the
 // CGI's own tables): a fragment holds "@N@" for the control's name and "@V@" for its value.
 // Names, ids and "anterior" twins stay those the CGI gives, so Compruebacambios (called by
 // the same onchange, after these) keeps tracking the row.
@@ -87,10 +87,11 @@
     return modo >= cofdm().primerModoQAM && modo <= cofdm().ultimoModoQAM;
   }
 
-  // Plans 0..10 are offered; any other value gets plan 0's typed frequency.
+  // A plan the row's select offers (the select holds only the plans of the unit's family and
+  // mode); any other value gets plan 0's typed frequency.
   function planDe(valor) {
     const plan = numero(valor, -1);
-    return plan >= 0 && plan < cofdm().planesOfrecidos ? plan : 0;
+    return plan >= 0 && plan < cofdm().canales.length ? plan : 0;
   }
 
   // The channel position a stored channel selects in a plan: in range, else position 0.
@@ -115,9 +116,44 @@
     pinta(div, modoQAM ? cofdm().pasoQAM : cofdm().pasoOFDM, nombre, valor);
   }
 
+  // The family of a row: its hidden "tipounidad" (on the advanced page, the window's).
+  function familiaDe(fila, sufijo) {
+    const tipo = controlDe(fila, `tipounidad${sufijo}`) || controlDe(null, `tipounidad${sufijo}`);
+    return tipo ? numero(tipo.value, -1) : -1;
+  }
+
+  // Whether the row's mode is a cable QAM one: positions 3 and 4 on a COFDM/QAM-B row, the
+  // values 12..16 on a COFDM row.
   function modoQAMDeFila(fila, sufijo) {
     const modo = controlDe(fila, `outmod${sufijo}`);
-    return modo ? esModoQAM(modo.value) : false;
+    if (!modo) return false;
+    if (familiaDe(fila, sufijo) === TABLAS.cofdmqamb.tipoUnidad) return numero(modo.value, 0) >= TABLAS.cofdmqamb.primerModoQAM;
+    return esModoQAM(modo.value);
+  }
+
+  // Puts `opciones` ([value, text] pairs) in a select, keeping its value, marked as the CGI
+  // marks a stored value, when it is still offered; otherwise nothing is marked and the first
+  // one shows, as the CGI paints a value it does not offer. Whether the value was kept.
+  function cambiaOpciones(select, opciones) {
+    const valor = select.value;
+    const sigue = opciones.some(([v]) => v === valor);
+    select.replaceChildren(...opciones.map(([v, t]) => new Option(t, v, sigue && v === valor, sigue && v === valor)));
+    if (!sigue) select.selectedIndex = opciones.length ? 0 : -1;
+    return sigue;
+  }
+
+  // The OFDM-only settings show "n/a" (value kept hidden) in QAM modes. A row already painted
+  // for this kind of mode keeps its cells, twins included.
+  function pintaCamposOFDM(fila, sufijo, modoQAM) {
+    const muestra = controlDe(fila, `${cofdm().camposOFDM[0].base}${sufijo}`);
+    const eraQAM = muestra ? muestra.type === 'hidden' : false;
+    if (eraQAM === modoQAM) return;
+    for (const campo of cofdm().camposOFDM) {
+      const nombre = `${campo.base}${sufijo}`;
+      const actual = controlDe(fila, nombre);
+      pinta(document.getElementById(`${campo.div}${sufijo}`), modoQAM ? campo.qam : campo.ofdm, nombre,
+        actual ? actual.value : '');
+    }
   }
 
   function CambioTablaCanalesSalidaCOFDM(control) {
@@ -139,20 +175,71 @@
     // The baud rate is the cable signal's setting: editable in QAM modes only.
     const baudios = controlDe(fila, `outbau${sufijo}`);
     if (baudios) baudios.disabled = !modoQAM;
-    // The OFDM-only settings show "n/a" (value kept hidden) in QAM modes. A row already
-    // painted for this kind of mode keeps its cells, twins included.
     const muestra = controlDe(fila, `${cofdm().camposOFDM[0].base}${sufijo}`);
     const eraQAM = muestra ? muestra.type === 'hidden' : false;
     if (eraQAM === modoQAM) return;
-    for (const campo of cofdm().camposOFDM) {
-      const nombre = `${campo.base}${sufijo}`;
-      const actual = controlDe(fila, nombre);
-      pinta(document.getElementById(`${campo.div}${sufijo}`), modoQAM ? campo.qam : campo.ofdm, nombre,
-        actual ? actual.value : '');
-    }
+    pintaCamposOFDM(fila, sufijo, modoQAM);
     const tabla = controlDe(fila, `outtab${sufijo}`);
     const plan = tabla ? planDe(tabla.value) : 0;
     if (plan === 0) pintaPaso(fila, sufijo, plan, modoQAM);
+  }
+
+  // ---- COFDM/QAM-B output row ----------------------------------------------
+
+  // DVB-T modes offer the COFDM plans, Annex B modes a typed frequency and the cable plans; a
+  // plan the new mode does not offer gives way to plan 0. The baud rate stays fixed.
+  function CambioModoCOFDMQAMB(control) {
+    const sufijo = sufijoDe(control, 'outmod');
+    const fila = control.closest('tr');
+    const modoQAM = numero(control.value, 0) >= TABLAS.cofdmqamb.primerModoQAM;
+    pintaCamposOFDM(fila, sufijo, modoQAM);
+    const tabla = controlDe(fila, `outtab${sufijo}`);
+    if (!tabla) return;
+    const planes = modoQAM ? TABLAS.cofdmqamb.planesAnexoB : TABLAS.cofdmqamb.planesDVBT;
+    if (!cambiaOpciones(tabla, planes)) CambioTablaCanalesSalidaCOFDM(tabla);
+    else if (planDe(tabla.value) === 0) pintaPaso(fila, sufijo, 0, modoQAM);
+  }
+
+  // ---- ISDB-T output row ---------------------------------------------------
+
+  const isdbt = () => TABLAS.isdbt;
+
+  // The Broadcast plan's channels fix the step ("n/a", the value kept hidden); a typed
+  // frequency offers every step.
+  function pintaPasoISDBT(fila, sufijo, plan) {
+    const nombre = `frecstep${sufijo}`;
+    const actual = controlDe(fila, nombre);
+    pinta(document.getElementById(`divfrecstep${sufijo}`),
+      plan === isdbt().planBroadcast ? isdbt().noAplicable : isdbt().pasos, nombre, actual ? actual.value : '');
+  }
+
+  function CambioTablaCanalesSalidaISDBT(control) {
+    const sufijo = sufijoDe(control, 'outtab');
+    const fila = control.closest('tr');
+    const plan = numero(control.value, 0) === isdbt().planBroadcast ? isdbt().planBroadcast : 0;
+    const nombre = `outchn${sufijo}`;
+    const actual = controlDe(fila, nombre);
+    const canal = actual ? actual.value : '';
+    const valor = plan === 0 ? corta(canal, 3) : String(canalSeleccionado(plan, canal));
+    pinta(document.getElementById(`divoutchn${sufijo}`), cofdm().canales[plan], nombre, valor);
+    pintaPasoISDBT(fila, sufijo, plan);
+  }
+
+  // ISDB-T modes offer three transmission modes and the time interleaving; DVB-T modes have
+  // no 4K mode and no time interleaving ("n/a", the value kept hidden).
+  function CambioModoISDBT(control) {
+    const sufijo = sufijoDe(control, 'outmod');
+    const fila = control.closest('tr');
+    const modoISDBT = numero(control.value, 0) <= isdbt().ultimoModoISDBT;
+    const ofdm = controlDe(fila, `outofdm${sufijo}`);
+    if (ofdm) cambiaOpciones(ofdm, modoISDBT ? isdbt().ofdmISDBT : isdbt().ofdmCOFDM);
+    const nombre = `outint${sufijo}`;
+    const actual = controlDe(fila, nombre);
+    const eraISDBT = actual ? actual.tagName === 'SELECT' : !modoISDBT;
+    if (eraISDBT !== modoISDBT) {
+      pinta(document.getElementById(`divinterleaving${sufijo}`), modoISDBT ? isdbt().interleaving : isdbt().noAplicable,
+        nombre, actual ? actual.value : '');
+    }
   }
 
   // The ATSC virtual-channel table of a service line: its major number takes the range of
@@ -190,6 +277,7 @@
 
   Object.assign(window, {
     CambioTablaCanalesSalida, CambioModoQAM, CambioModoSalidaSalida,
-    CambioTablaCanalesSalidaCOFDM, CambioModoCOFDM, CambioTableTypeCHNum,
+    CambioTablaCanalesSalidaCOFDM, CambioModoCOFDM, CambioTableTypeCHNum, CambioModoCOFDMQAMB,
+    CambioTablaCanalesSalidaISDBT, CambioModoISDBT,
   });
 })();
