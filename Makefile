@@ -5,6 +5,8 @@ BUILD ?= build
 BUILD_ASAN ?= build-asan
 BUILD_RELEASE ?= build-release
 DEMO_PORT ?= 8080
+# The demo rack: qam, cofdm, isdbt or cofdmqamb (the pages show the master's family).
+DEMO_RACK ?= qam
 # make install: where the program, the browser front and the server configurations go.
 PREFIX ?= /opt/cambioIP
 DESTDIR ?=
@@ -88,7 +90,7 @@ test-ratio:
 demo: deps-demo
 	@[ -f $(BUILD)/Makefile ] || cmake -S . -B $(BUILD) -DBUILD_TESTING=OFF
 	cmake --build $(BUILD) -j$(JOBS) --target cambioIP.cgi tablas_js
-	demo/run.sh $(BUILD)/cambioIP.cgi $(DEMO_PORT) $(BUILD)
+	demo/run.sh $(BUILD)/cambioIP.cgi $(DEMO_PORT) $(BUILD) $(DEMO_RACK)
 
 # A stripped Release build of the program alone, installed under $(DESTDIR)$(PREFIX).
 install:

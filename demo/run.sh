@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Serves the browser front (www/) and the sample rack through lighttpd, with the demo's
+# Serves the browser front (www/) and a sample rack through lighttpd, with the demo's
 # stand-in for the control daemon (demo/daemon.sh), until Ctrl-C.
-#   demo/run.sh <cambioIP.cgi> <port> <state folder>
-# The rack's working copy lives in <state folder>/demo-root, made from demo/root on the
-# first start, so that saves persist between runs and the repository stays clean.
+#   demo/run.sh <cambioIP.cgi> <port> <state folder> [rack: qam (default), cofdm, isdbt, cofdmqamb]
+# The pages show the units of the master's output family, so each family has its own rack
+# (demo/racks/<rack>). Its working copy lives in <state folder>/demo-<rack>, made from the
+# rack on the first start, so that saves persist between runs and the repository stays clean.
 # The pause after each document load is 20 ms here (CAMBIOIP_LOAD_PAUSE_MS overrides it);
 # on a master it is the units' own 250 ms.
 set -euo pipefail
@@ -12,18 +13,21 @@ pause=${CAMBIOIP_LOAD_PAUSE_MS:-20}
 cgi=$(realpath "${1:?path of cambioIP.cgi}")
 port=${2:-8080}
 state=$(realpath -m "${3:?state folder}")
+rack=${4:-qam}
 here=$(cd "$(dirname "$0")" && pwd)
+[ -d "$here/racks/$rack" ] || { echo "demo: no rack $rack (demo/racks: $(ls "$here/racks" | tr '\n' ' '))" >&2; exit 1; }
 
 [ -x "$cgi" ] || { echo "demo: $cgi is not built" >&2; exit 1; }
 lighttpd=$(command -v lighttpd || echo /usr/sbin/lighttpd)
 [ -x "$lighttpd" ] || { echo "demo: lighttpd is not installed (make deps)" >&2; exit 1; }
 
-root="$state/demo-root"
+root="$state/demo-$rack"
 if [ ! -d "$root" ]; then
   mkdir -p "$state"
-  cp -a "$here/root" "$root.tmp"
+  rm -rf "$root.tmp"
+  cp -a "$here/racks/$rack" "$root.tmp"
   mv "$root.tmp" "$root"
-  echo "demo: working copy of the sample rack made in $root"
+  echo "demo: working copy of the $rack rack made in $root"
 fi
 
 conf="$state/lighttpd-demo.conf"
@@ -53,7 +57,7 @@ daemon=$!
 "$lighttpd" -D -f "$conf" &
 server=$!
 trap 'kill "$server" "$daemon" 2>/dev/null; wait; exit 0' INT TERM
-echo "demo: serving the sample rack at http://127.0.0.1:$port/ (Ctrl-C stops)"
+echo "demo: serving the $rack rack at http://127.0.0.1:$port/ (Ctrl-C stops)"
 echo "demo: pause after each document load: $pause ms (a master waits 250 ms)"
 echo "demo: a stand-in control daemon applies queued changes after 2 s"
 echo "demo: try  curl -s 'http://127.0.0.1:$port/cgi-bin/cambioIP.cgi?command=5'"

@@ -26,7 +26,7 @@ TEST(DemoServer, ServesTheRackAndItsDaemonAppliesWhatIsSaved)
     ASSERT_TRUE(demo.started());
 
     const HttpAnswer lock = httpRequestOnceUp(port, "/cgi-bin/cambioIP.cgi?command=5");
-    const std::string config = stateDir + "/demo-root/config/";
+    const std::string config = stateDir + "/demo-qam/config/";
     EXPECT_EQ(lock.status, 200) << lock.headers;
     EXPECT_NE(lock.headers.find("Content-Type: text/html;charset=UTF-8"), std::string::npos) << lock.headers;
     EXPECT_EQ(lock.body, "0");
