@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
@@ -326,12 +327,55 @@ Busqueda evaluaINT(xmlDocPtr documento, const char *expresion, ObjetoXPath &obje
     return Busqueda::encontrado;
 }
 
-// The first node matching `ruta`, or null (also when the path did not fit).
+// Whether the path is a plain absolute path of element names ("/ENCODERCONFIG/SALIDAQAM/
+// NIVEL"), as every path of the unit documents is: names of ASCII letters, digits, '_', '-'
+// and '.', not starting with a digit, '-' or '.', without a namespace prefix, predicate,
+// axis or wildcard.
+bool rutaSimpleINT(const char *expresion)
+{
+    if (expresion[0] != '/')
+        return false;
+    for (const char *p = expresion; *p == '/';) {
+        ++p;
+        if (!std::isalpha(static_cast<unsigned char>(*p)) && *p != '_')
+            return false;
+        while (std::isalnum(static_cast<unsigned char>(*p)) || *p == '_' || *p == '-' || *p == '.')
+            ++p;
+        if (*p != '/' && *p != '\0')
+            return false;
+    }
+    return true;
+}
+
+// The first element, in document order, reached from the nodes from `primero` on by the
+// names of `resto` ("A/B/C"): what the XPath "/A/B/C" finds first, without building an XPath
+// context.
+xmlNodePtr recorreINT(xmlNodePtr primero, std::string_view resto)
+{
+    const size_t barra = resto.find('/');
+    const std::string_view nombre = resto.substr(0, barra);
+    for (xmlNodePtr hijo = primero; hijo != nullptr; hijo = hijo->next) {
+        if (hijo->type != XML_ELEMENT_NODE || hijo->ns != nullptr || hijo->name == nullptr ||
+            nombre != texto(hijo->name))
+            continue;
+        if (barra == std::string_view::npos)
+            return hijo;
+        if (xmlNodePtr nodo = recorreINT(hijo->children, resto.substr(barra + 1)))
+            return nodo;
+    }
+    return nullptr;
+}
+
+// The first node matching `ruta`, or null (also when the path did not fit). Plain paths are
+// walked element by element; anything else goes to XPath.
 xmlNodePtr buscaNodoINT(xmlDocPtr documento, bool cabe, ObjetoXPath &objeto)
 {
     xmlNodePtr nodo = nullptr;
-    if (cabe)
-        evaluaINT(documento, ruta, objeto, nodo);
+    if (!cabe)
+        return nodo;
+    if (rutaSimpleINT(ruta))
+        return recorreINT(documento->children, ruta + 1);
+    evaluaINT(documento, ruta, objeto, nodo);
     return nodo;
 }
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <libxml/parser.h>
+#include <libxml/xpath.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -195,6 +196,36 @@ TEST(PrimeraCoincidencia, OnlyTheFirstMatchIsReadOrWrittenAndWritesTakeADoublePe
     EXPECT_EQ(FUNCXML_setXMLNodeContent(doc.get(), "2", 0, "/R/P[@k='%u%%']", 50U), 0);
     EXPECT_EQ(vuelca(doc.get()),
               cabecera + "<R><V a=\"8\">9</V><V a=\"2\">2</V><P k=\"a%b\" v=\"1\"/><P k=\"50%\">2</P></R>\n");
+}
+
+// A read finds the node XPath finds first, whether the path is walked element by element or
+// evaluated: XPath itself is the oracle, on documents that tempt a walk to differ (the first
+// parent without the child, namespaces, comments, text around the elements) and on paths that
+// are not plain element names.
+TEST(PrimeraCoincidencia, EveryPathFindsTheNodeXPathFindsFirst)
+{
+    const std::string documento = "<?xml version='1.0'?><!--c--><R><A><B>b1</B></A><A><C>c2</C><B>b2</B></A>"
+                                  "<x:A xmlns:x='urn:x'><C>ns</C></x:A><D xmlns='urn:d'><E>e</E></D>"
+                                  "<F.G-H_1>f</F.G-H_1><A><C>c3</C></A>text<M a='1'>m1</M><M a='2'>m2</M></R>";
+    const char *rutas[] = {"/R/A/B", "/R/A/C", "/R/A", "/R/D/E", "/R/F.G-H_1", "/R/x:A/C", "/R/*/C", "/R//C",
+                           "/R/M[@a='2']", "/R/M[2]", "/R/Z", "/Z", "/R/", "R/A/B", "/R/A/B/text()", "/R/1A",
+                           "/R/A/../M", "/R/@a"};
+    XmlDoc doc = parsea(documento);
+    for (const char *ruta : rutas) {
+        std::string esperado = "(none)";
+        xmlXPathContextPtr contexto = xmlXPathNewContext(doc.get());
+        xmlXPathObjectPtr objeto = xmlXPathEval(reinterpret_cast<const xmlChar *>(ruta), contexto);
+        if (objeto != nullptr && !xmlXPathNodeSetIsEmpty(objeto->nodesetval)) {
+            xmlChar *contenido = xmlNodeGetContent(objeto->nodesetval->nodeTab[0]);
+            esperado = reinterpret_cast<const char *>(contenido);
+            xmlFree(contenido);
+        }
+        xmlXPathFreeObject(objeto);
+        xmlXPathFreeContext(contexto);
+        char buffer[64] = {};
+        const int leido = FUNCXML_getXMLNodeContent(doc.get(), buffer, 0, sizeof buffer - 1, "%s", ruta);
+        EXPECT_EQ(leido == 0 ? std::string(buffer) : "(none)", esperado) << ruta;
+    }
 }
 
 TEST(Hexa, NBytesAreStoredAsTwoNDigitsMostSignificantFirst)
