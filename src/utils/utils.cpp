@@ -38,15 +38,20 @@ std::string UTILS_FormateaV(const char *formato, std::va_list argumentos)
 {
     if (formato == nullptr)
         return {};
+    // One pass into a buffer that only grows: a template formats a second time only when it
+    // is longer than every one before it.
+    static std::string buffer(4096, '\0');
     std::va_list copia;
     va_copy(copia, argumentos);
-    int longitud = std::vsnprintf(nullptr, 0, formato, copia);
+    int longitud = std::vsnprintf(buffer.data(), buffer.size() + 1, formato, copia);
     va_end(copia);
     if (longitud <= 0)
         return {};
-    std::string texto(static_cast<size_t>(longitud), '\0');
-    std::vsnprintf(texto.data(), texto.size() + 1, formato, argumentos);
-    return texto;
+    if (static_cast<size_t>(longitud) > buffer.size()) {
+        buffer.resize(static_cast<size_t>(longitud) * 2);
+        std::vsnprintf(buffer.data(), buffer.size() + 1, formato, argumentos);
+    }
+    return std::string(buffer.data(), static_cast<size_t>(longitud));
 }
 
 std::string UTILS_Formatea(const char *formato, ...)

@@ -29,8 +29,8 @@ long UTILS_PausaCargaMs();
 // Safe formatting
 // ---------------------------------------------------------------------------
 
-// printf-style formatting into a std::string of exactly the needed size (vsnprintf
-// twice). Every HTML and script template is filled through this function.
+// printf-style formatting into a std::string of exactly the needed size, in one pass for
+// almost every call. Every HTML and script template is filled through this function.
 [[gnu::format(printf, 1, 2)]] std::string UTILS_Formatea(const char *formato, ...);
 std::string UTILS_FormateaV(const char *formato, std::va_list argumentos);
 
