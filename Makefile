@@ -4,6 +4,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD ?= build
 BUILD_ASAN ?= build-asan
 BUILD_RELEASE ?= build-release
+BUILD_BENCH ?= build-bench
 DEMO_PORT ?= 8080
 # The demo rack: qam, cofdm, isdbt or cofdmqamb (the pages show the master's family).
 DEMO_RACK ?= qam
@@ -22,7 +23,7 @@ PACKAGES := $(DEMO_PACKAGES) libxml2-utils libgtest-dev busybox chromium nodejs 
 BROWSER_TESTS := tests/browser
 
 .PHONY: all deps deps-demo install-packages build build-asan test test-plain test-asan golden \
-        test-ratio demo install clean
+        test-ratio demo install bench clean
 
 all: build
 
@@ -98,5 +99,17 @@ install:
 	cmake --build $(BUILD_RELEASE) -j$(JOBS) --target cambioIP.cgi tablas_js
 	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_RELEASE) --prefix "$(PREFIX)" --strip
 
+# The bench (not part of make test): a Release build measured against the parse of the
+# documents each request reads, on racks of 1 to 128 units; the table is printed and written
+# to $(BUILD_BENCH)/bench.json. BENCH_RUNS sets the runs per wall-time median.
+BENCH_RUNS ?= 21
+bench:
+	@$(MAKE) --no-print-directory install-packages PACKAGES="$(DEMO_PACKAGES) valgrind"
+	cmake -S . -B $(BUILD_BENCH) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DCAMBIOIP_BENCH=ON
+	cmake --build $(BUILD_BENCH) -j$(JOBS) --target cambioIP.cgi suelo banco traza
+	$(BUILD_BENCH)/bench/banco $(BUILD_BENCH)/cambioIP.cgi $(BUILD_BENCH)/bench/suelo \
+	  $(BUILD_BENCH)/bench/libtraza.so tests/fixtures/racks $(BUILD_BENCH)/racks $(BENCH_RUNS)
+	@cp $(BUILD_BENCH)/racks/bench.json $(BUILD_BENCH)/bench.json
+
 clean:
-	rm -rf $(BUILD) $(BUILD_ASAN) $(BUILD_RELEASE)
+	rm -rf $(BUILD) $(BUILD_ASAN) $(BUILD_RELEASE) $(BUILD_BENCH)

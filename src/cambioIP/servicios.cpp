@@ -62,7 +62,7 @@ std::string CIPINT_ONoSabido(const std::string &valor) { return valor.empty() ? 
 // services that the unit reported in its status (up to limiteBitrate).
 std::string CIPINT_LineaServicio(xmlDocPtr config, xmlDocPtr status, long k, long j, long limiteBitrate)
 {
-    const std::string n = "-" + std::to_string(j);
+    const std::string n = UTILS_Formatea("-%ld", j);
     const std::string sel = CIPINT_LeeServicio(UTILSXML_LeeENTRAIPSERVSEL, config, k, j);
     const std::string nombre = CIPINT_LeeServicio(UTILSXML_LeeENTRAIPSERVNAME, config, k, j);
     const std::string nombreSalida = CIPINT_LeeServicio(UTILSXML_LeeENTRAIPSERVNAMEOUT, config, k, j);
