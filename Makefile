@@ -101,14 +101,16 @@ install:
 
 # The bench (not part of make test): a Release build measured against the parse of the
 # documents each request reads, on racks of 1 to 128 units; the table is printed and written
-# to $(BUILD_BENCH)/bench.json. BENCH_RUNS sets the runs per wall-time median.
+# to $(BUILD_BENCH)/bench.json. BENCH_RUNS sets the runs per wall-time median, BENCH_UNITS
+# the rack sizes.
 BENCH_RUNS ?= 21
+BENCH_UNITS ?= 1,8,32,128
 bench:
 	@$(MAKE) --no-print-directory install-packages PACKAGES="$(DEMO_PACKAGES) valgrind"
 	cmake -S . -B $(BUILD_BENCH) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DCAMBIOIP_BENCH=ON
 	cmake --build $(BUILD_BENCH) -j$(JOBS) --target cambioIP.cgi suelo banco traza
 	$(BUILD_BENCH)/bench/banco $(BUILD_BENCH)/cambioIP.cgi $(BUILD_BENCH)/bench/suelo \
-	  $(BUILD_BENCH)/bench/libtraza.so tests/fixtures/racks $(BUILD_BENCH)/racks $(BENCH_RUNS)
+	  $(BUILD_BENCH)/bench/libtraza.so tests/fixtures/racks $(BUILD_BENCH)/racks $(BENCH_RUNS) $(BENCH_UNITS)
 	@cp $(BUILD_BENCH)/racks/bench.json $(BUILD_BENCH)/bench.json
 
 clean:

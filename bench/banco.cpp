@@ -5,7 +5,7 @@
 // callgrind, wall time (median of interleaved runs) and peak RSS. The pause after each
 // document load is 0 in every measure but one: the wall time with the system's default pause,
 // measured on the small racks and worked out from the documents read on the large ones.
-//   banco <cambioIP.cgi> <suelo> <libtraza.so> <test racks> <work folder> [runs]
+//   banco <cambioIP.cgi> <suelo> <libtraza.so> <test racks> <work folder> [runs] [unit counts, e.g. 32,128]
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <fcntl.h>
@@ -224,6 +224,14 @@ int main(int argc, char **argv)
     const std::string cgi = fs::absolute(argv[1]), suelo = fs::absolute(argv[2]), traza = fs::absolute(argv[3]);
     const fs::path racks = argv[4], trabajo = fs::absolute(argv[5]);
     const int vueltas = argc > 6 ? std::max(1, std::atoi(argv[6])) : 21;
+    std::vector<int> tamanos = {1, 8, 32, 128};
+    if (argc > 7) {
+        tamanos.clear();
+        std::istringstream lista(argv[7]);
+        for (std::string n; std::getline(lista, n, ',');)
+            if (std::atoi(n.c_str()) > 0)
+                tamanos.push_back(std::atoi(n.c_str()));
+    }
     fs::create_directories(trabajo);
 
     std::printf("cambioIP.cgi against the parse of the documents each request reads (the floor).\n"
@@ -236,7 +244,7 @@ int main(int argc, char **argv)
     std::ostringstream json;
     json << "[\n";
     bool primero = true;
-    for (int unidades : {1, 8, 32, 128}) {
+    for (int unidades : tamanos) {
         const fs::path raiz = CreaRack(racks, trabajo, unidades);
         for (const Peticion &p : Peticiones()) {
             // The documents the request parses, noted by the preload library.

@@ -50,7 +50,6 @@ void startLighttpd(const Installed &installed, int port, const std::string &rack
                         << "server.document-root := \"" << p << "/www\"\n"
                         << "alias.url := ( \"/cgi-bin/\" => \"" << p << "/cgi-bin/\" )\n"
                         << "auth.backend.htpasswd.userfile := \"" << p << "/etc/htpasswd\"\n"
-                        << "server.modules += ( \"mod_setenv\" )\n"
                         << "setenv.add-environment := ( \"CAMBIOIP_ROOT\" => \"" << rack
                         << "\", \"CAMBIOIP_LOAD_PAUSE_MS\" => \"0\" )\n";
     server = std::make_unique<Process>(std::vector<std::string>{"/usr/sbin/lighttpd", "-D", "-f", conf});
