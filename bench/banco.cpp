@@ -262,12 +262,12 @@ int main(int argc, char **argv)
 
             Resultado r;
             r.instrucciones = Instrucciones({cgi}, entorno, p.formulario, trabajo);
-            const long long sueloInstr = Instrucciones(documentos, {}, "", trabajo);
+            const long long sueloInstr = Instrucciones(documentos, entorno, "", trabajo);
             std::vector<double> tiempos, tiemposSuelo;
             long rss = 0, rssSuelo = 0;
             for (int v = 0; v < vueltas; ++v) {
                 const Resultado a = Ejecuta({cgi}, entorno, p.formulario);
-                const Resultado b = Ejecuta(documentos, {}, "");
+                const Resultado b = Ejecuta(documentos, entorno, "");
                 tiempos.push_back(a.segundos);
                 tiemposSuelo.push_back(b.segundos);
                 rss = std::max(rss, a.rssKB);
