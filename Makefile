@@ -11,6 +11,8 @@ DEMO_RACK ?= qam
 # make install: where the program, the browser front and the server configurations go.
 PREFIX ?= /opt/cambioIP
 DESTDIR ?=
+# STATIC=ON links the installed program statically (see README.md: fast start, 35 MB).
+STATIC ?= OFF
 
 # Debian packages the demo needs: compiler and build tools, libxml2 and the demo's web server.
 DEMO_PACKAGES := g++ make cmake pkg-config libxml2-dev lighttpd
@@ -95,7 +97,7 @@ demo: deps-demo
 
 # A stripped Release build of the program alone, installed under $(DESTDIR)$(PREFIX).
 install:
-	cmake -S . -B $(BUILD_RELEASE) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF
+	cmake -S . -B $(BUILD_RELEASE) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DCAMBIOIP_STATIC=$(STATIC)
 	cmake --build $(BUILD_RELEASE) -j$(JOBS) --target cambioIP.cgi tablas_js
 	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_RELEASE) --prefix "$(PREFIX)" --strip
 
