@@ -82,6 +82,11 @@ std::string UTILS_Escapa(std::string_view texto)
 
 void UTILS_Imprime(std::string_view html)
 {
+    // The page goes out in large writes: standard output gets a 64 KiB buffer before its
+    // first byte (every byte of the page comes through here).
+    static char bufferPagina[1 << 16];
+    static const bool preparada = std::setvbuf(stdout, bufferPagina, _IOFBF, sizeof bufferPagina) == 0;
+    (void)preparada;
     std::fwrite(html.data(), 1, html.size(), stdout);
 }
 
