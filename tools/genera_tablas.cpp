@@ -203,16 +203,13 @@ std::string TablasISDBT()
     const auto select = [&](const std::vector<CTESHTML_Opcion> &opciones) {
         return SALCOMUN_CampoSelect(fila, NOMBRE, strJSOnBlurOnChangeCompruebacambios, opciones, VALOR);
     };
-    std::vector<CTESHTML_Opcion> ofdmCOFDM;
-    for (int posicion : SALISDBT_OFDMsCOFDM)
-        ofdmCOFDM.push_back(CTESHTML_OpcionesEtiquetas(OFDMSalidaISDBT, posicion, posicion).front());
     return "{\n  \"planBroadcast\": " + std::to_string(SALISDBT_PlanBroadcast) +
            ",\n  \"ultimoModoISDBT\": " + std::to_string(SALISDBT_UltimoModoISDBT) +
-           ",\n  \"ofdmISDBT\": " + JsonOpciones(CTESHTML_OpcionesEtiquetas(OFDMSalidaISDBT, 0, COFDM_NUMOFDMISDBT - 1)) +
-           ",\n  \"ofdmCOFDM\": " + JsonOpciones(ofdmCOFDM) +
-           ",\n  \"pasos\": " + Json(select(CTESHTML_OpcionesEtiquetas(FrecuencyStepCOFDM, 0, COFDM_NUMPASOSFRECUENCIA - 1))) +
+           ",\n  \"ofdmISDBT\": " + JsonOpciones(SALISDBTINT_OpcionesOFDM(true)) +
+           ",\n  \"ofdmCOFDM\": " + JsonOpciones(SALISDBTINT_OpcionesOFDM(false)) +
+           ",\n  \"pasos\": " + Json(select(SALISDBTINT_OpcionesPaso())) +
            ",\n  \"interleaving\": " +
-           Json(select(CTESHTML_OpcionesEtiquetas(InterleavingSalidaISDBT, 0, SALISDBT_UltimoInterleaving))) +
+           Json(select(SALISDBTINT_OpcionesInterleaving())) +
            ",\n  \"noAplicable\": " + Json(NoAplicable(VALOR)) + "\n}";
 }
 
@@ -220,14 +217,9 @@ std::string TablasISDBT()
 
 std::string TablasCOFDMQAMB()
 {
-    std::vector<CTESHTML_Opcion> dvbt, anexoB;
-    for (int plan = 0; plan < SALCOFDMQAMB_PlanesDVBT; ++plan)
-        dvbt.push_back(COFDM_OpcionTabla(plan));
-    for (int plan : SALCOFDMQAMB_PlanesAnexoB)
-        anexoB.push_back(COFDM_OpcionTabla(plan));
     return "{\n  \"tipoUnidad\": " + std::to_string(SALCOFDMQAMB_TipoUnidad) +
            ",\n  \"primerModoQAM\": " + std::to_string(SALCOFDMQAMB_PrimerModoQAM) +
-           ",\n  \"planesDVBT\": " + JsonOpciones(dvbt) + ",\n  \"planesAnexoB\": " + JsonOpciones(anexoB) + "\n}";
+           ",\n  \"planesDVBT\": " + JsonOpciones(SALCOFDMQAMBINT_OpcionesPlan(false)) + ",\n  \"planesAnexoB\": " + JsonOpciones(SALCOFDMQAMBINT_OpcionesPlan(true)) + "\n}";
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include "utils/utils.h"
 #include "utilsXML/utilsXML.h"
 
-#include <algorithm>
 #include <type_traits>
 
 static_assert(std::is_same_v<decltype(&SALCOFDMQAMB_SondeoRapido), SALCOMUN_FuncionPagina>);
@@ -13,6 +12,19 @@ static_assert(std::is_same_v<decltype(&SALCOFDMQAMB_GeneraTransporte), SALCOMUN_
 static_assert(std::is_same_v<decltype(&SALCOFDMQAMB_GeneraSalida), SALCOMUN_FuncionPagina>);
 static_assert(std::is_same_v<decltype(&SALCOFDMQAMB_GrabaTransporte), SALCOMUN_FuncionGrabar>);
 static_assert(std::is_same_v<decltype(&SALCOFDMQAMB_GrabaSalida), SALCOMUN_FuncionGrabar>);
+
+std::vector<CTESHTML_Opcion> SALCOFDMQAMBINT_OpcionesPlan(bool modoQAM)
+{
+    std::vector<CTESHTML_Opcion> planes;
+    if (modoQAM) {
+        for (int plan : SALCOFDMQAMB_PlanesAnexoB)
+            planes.push_back(COFDM_OpcionTabla(plan));
+    } else {
+        for (int plan = 0; plan < SALCOFDMQAMB_PlanesDVBT; ++plan)
+            planes.push_back(COFDM_OpcionTabla(plan));
+    }
+    return planes;
+}
 
 namespace {
 
@@ -35,18 +47,6 @@ std::vector<CTESHTML_Opcion> SALCOFDMQAMBINT_OpcionesModo()
     return CTESHTML_OpcionesEtiquetas(ModosSalidaCOFDMQAMB, 0, SALCOFDMQAMB_UltimoModo);
 }
 
-std::vector<CTESHTML_Opcion> SALCOFDMQAMBINT_OpcionesPlan(bool modoQAM)
-{
-    std::vector<CTESHTML_Opcion> planes;
-    if (modoQAM) {
-        for (int plan : SALCOFDMQAMB_PlanesAnexoB)
-            planes.push_back(COFDM_OpcionTabla(plan));
-    } else {
-        for (int plan = 0; plan < SALCOFDMQAMB_PlanesDVBT; ++plan)
-            planes.push_back(COFDM_OpcionTabla(plan));
-    }
-    return planes;
-}
 
 // The COFDM output row with this family's modes and plans; Annex B fixes the symbol rate, so
 // the baud rate is never editable.
@@ -69,11 +69,6 @@ const SALCOMUN_Familia SALCOFDMQAMBINT_Familia = {
 
 // --- Save -------------------------------------------------------------------
 
-bool SALCOFDMQAMBINT_Ofrecido(std::string_view valor, const std::vector<CTESHTML_Opcion> &opciones)
-{
-    return std::any_of(opciones.begin(), opciones.end(), [&](const CTESHTML_Opcion &o) { return valor == o.valor; });
-}
-
 // What the output page offers for the posted mode and plan. Settings the mode or plan does
 // not use come back hidden as they were stored, and the baud rate disabled, and are not checked.
 bool SALCOFDMQAMBINT_AdmiteSalida(const SALCOMUN_Valores &v)
@@ -81,21 +76,21 @@ bool SALCOFDMQAMBINT_AdmiteSalida(const SALCOMUN_Valores &v)
     if (!SALCOMUN_EnRango(v["outmod"], 0, SALCOFDMQAMB_UltimoModo))
         return false;
     const bool modoQAM = SALCOFDMQAMBINT_EsModoQAM(UTILS_Numero(v["outmod"]));
-    if (!SALCOFDMQAMBINT_Ofrecido(v["outtab"], SALCOFDMQAMBINT_OpcionesPlan(modoQAM)))
+    if (!SALCOMUN_Ofrecido(v["outtab"], SALCOFDMQAMBINT_OpcionesPlan(modoQAM)))
         return false;
     const int plan = static_cast<int>(UTILS_Numero(v["outtab"]));
     const bool canal = plan == 0 ? SALCOMUN_EnRango(v["outchn"], SALCOMUN_FrecuenciaMinima, SALCOMUN_FrecuenciaMaxima)
                                  : SALCOMUN_EnRango(v["outchn"], 0, COFDM_TablasdeCanales[plan].numCanales - 1);
-    const bool paso = plan != 0 || SALCOFDMQAMBINT_Ofrecido(v["frecstep"], SALCOMUN_OpcionesPaso(modoQAM));
+    const bool paso = plan != 0 || SALCOMUN_Ofrecido(v["frecstep"], SALCOMUN_OpcionesPaso(modoQAM));
     const auto ofrecida = [&](const char *clave, std::span<const SALCOMUN_Opcion> opciones) {
-        return modoQAM || SALCOFDMQAMBINT_Ofrecido(v[clave], SALCOMUN_Opciones(opciones));
+        return modoQAM || SALCOMUN_Ofrecido(v[clave], SALCOMUN_Opciones(opciones));
     };
     const std::string_view celda = v["cellid"];
     const bool hexa = celda.size() >= 1 && celda.size() <= 4 &&
                       celda.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
     return canal && paso && SALCOMUN_EnRango(v["outlev"], 0, 99) && ofrecida("bwsal", SALCOMUN_AnchosBanda) &&
            ofrecida("ingrd", SALCOMUN_IntervalosGuarda) && ofrecida("fecsal", SALCOMUN_FECs) && (modoQAM || hexa) &&
-           SALCOFDMQAMBINT_Ofrecido(v["outout"], SALCOMUN_Opciones(SALCOMUN_TiposSalida)) &&
+           SALCOMUN_Ofrecido(v["outout"], SALCOMUN_Opciones(SALCOMUN_TiposSalida)) &&
            SALCOMUN_EnRango(v["outrfl"], 0, 1);
 }
 

@@ -40,6 +40,9 @@ inline constexpr int SALCOFDMQAMB_UltimoModo = 4;
 inline constexpr int SALCOFDMQAMB_PlanesDVBT = 11;
 inline constexpr int SALCOFDMQAMB_PlanesAnexoB[] = {0, 11, 12, 13};
 
+// The plans a mode offers (the browser's copy is written from them too).
+std::vector<CTESHTML_Opcion> SALCOFDMQAMBINT_OpcionesPlan(bool modoQAM);
+
 // ---------------------------------------------------------------------------
 // Status templates
 // ---------------------------------------------------------------------------

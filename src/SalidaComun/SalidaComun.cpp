@@ -5,6 +5,7 @@
 #include "utils/utils.h"
 #include "utilsXML/utilsXML.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
@@ -95,6 +96,11 @@ std::string SALCOMUN_SelectTodasOpciones(std::string_view base, std::vector<CTES
 std::string SALCOMUN_Corta(std::string_view texto, std::size_t n)
 {
     return std::string(texto.substr(0, UTILS_CorteUTF8(texto, n)));
+}
+
+bool SALCOMUN_Ofrecido(std::string_view valor, const std::vector<CTESHTML_Opcion> &opciones)
+{
+    return std::any_of(opciones.begin(), opciones.end(), [&](const CTESHTML_Opcion &o) { return valor == o.valor; });
 }
 
 bool SALCOMUN_EnRango(std::string_view texto, long minimo, long maximo)

@@ -277,6 +277,9 @@ std::string SALCOMUN_SelectTodasOpciones(std::string_view base, std::vector<CTES
 // The first `n` bytes of a text, never cutting a UTF-8 character.
 std::string SALCOMUN_Corta(std::string_view texto, std::size_t n);
 
+// Whether the text is the value of one of the choices.
+bool SALCOMUN_Ofrecido(std::string_view valor, const std::vector<CTESHTML_Opcion> &opciones);
+
 // Whether the text is a whole number written with digits only, from minimo to maximo.
 bool SALCOMUN_EnRango(std::string_view texto, long minimo, long maximo);
 

@@ -13,15 +13,8 @@ static_assert(std::is_same_v<decltype(&SALISDBT_GeneraSalida), SALCOMUN_FuncionP
 static_assert(std::is_same_v<decltype(&SALISDBT_GrabaTransporte), SALCOMUN_FuncionGrabar>);
 static_assert(std::is_same_v<decltype(&SALISDBT_GrabaSalida), SALCOMUN_FuncionGrabar>);
 
-namespace {
-
-// Buffer size of the page reads.
-constexpr std::size_t TAM_TEXTO = 50;
-
-extern const SALCOMUN_Familia SALISDBTINT_Familia;
-
 // ---------------------------------------------------------------------------
-// Options
+// Options of the output page
 // ---------------------------------------------------------------------------
 
 std::vector<CTESHTML_Opcion> SALISDBTINT_OpcionesPlan()
@@ -54,6 +47,14 @@ std::vector<CTESHTML_Opcion> SALISDBTINT_OpcionesInterleaving()
 {
     return CTESHTML_OpcionesEtiquetas(InterleavingSalidaISDBT, 0, SALISDBT_UltimoInterleaving);
 }
+
+
+namespace {
+
+// Buffer size of the page reads.
+constexpr std::size_t TAM_TEXTO = 50;
+
+extern const SALCOMUN_Familia SALISDBTINT_Familia;
 
 // The stored mode as painted: 0..6 as it is, anything else, an unreadable mode included, as 0.
 int SALISDBTINT_Modo(xmlDocPtr config)

@@ -4,7 +4,6 @@
 #include "utils/utils.h"
 #include "utilsXML/utilsXML.h"
 
-#include <algorithm>
 
 namespace {
 
@@ -25,11 +24,6 @@ constexpr SALCOMUN_CampoUnidad SALISDBTINT_EscriturasSalida[] = {
     {"outout", UTILSXML_GrabaSALISDBTSALIDA},   {"outrfl", UTILSXML_GrabaSALISDBTRFLOOP},
 };
 
-bool SALISDBTINT_Ofrecido(std::string_view valor, std::span<const SALCOMUN_Opcion> opciones)
-{
-    return std::any_of(opciones.begin(), opciones.end(), [&](const SALCOMUN_Opcion &o) { return valor == o.valor; });
-}
-
 // What the output page offers for the posted mode and plan. Settings the mode or plan does
 // not use come back hidden as they were stored and are not checked.
 bool SALISDBTINT_AdmiteSalida(const SALCOMUN_Valores &v)
@@ -43,14 +37,12 @@ bool SALISDBTINT_AdmiteSalida(const SALCOMUN_Valores &v)
     const bool canal = broadcast ? SALCOMUN_EnRango(v["outchn"], 0, COFDM_TablasdeCanales[SALISDBT_PlanBroadcast].numCanales - 1)
                                  : SALCOMUN_EnRango(v["outchn"], SALCOMUN_FrecuenciaMinima, SALCOMUN_FrecuenciaMaxima);
     const bool paso = broadcast || SALCOMUN_EnRango(v["frecstep"], 0, COFDM_NUMPASOSFRECUENCIA - 1);
-    const bool ofdm = modoISDBT ? SALCOMUN_EnRango(v["outofdm"], 0, COFDM_NUMOFDMISDBT - 1)
-                                : std::any_of(std::begin(SALISDBT_OFDMsCOFDM), std::end(SALISDBT_OFDMsCOFDM),
-                                              [&](int p) { return v["outofdm"] == std::to_string(p); });
+    const bool ofdm = SALCOMUN_Ofrecido(v["outofdm"], SALISDBTINT_OpcionesOFDM(modoISDBT));
     const bool interleaving = !modoISDBT || SALCOMUN_EnRango(v["outint"], 0, SALISDBT_UltimoInterleaving);
     return canal && paso && ofdm && interleaving && SALCOMUN_EnRango(v["outlev"], 0, 99) &&
-           SALISDBTINT_Ofrecido(v["bwsal"], SALCOMUN_AnchosBanda) &&
-           SALISDBTINT_Ofrecido(v["ingrd"], SALCOMUN_IntervalosGuarda) &&
-           SALISDBTINT_Ofrecido(v["fecsal"], SALCOMUN_FECs) && SALISDBTINT_Ofrecido(v["outout"], SALCOMUN_TiposSalida) &&
+           SALCOMUN_Ofrecido(v["bwsal"], SALCOMUN_Opciones(SALCOMUN_AnchosBanda)) &&
+           SALCOMUN_Ofrecido(v["ingrd"], SALCOMUN_Opciones(SALCOMUN_IntervalosGuarda)) &&
+           SALCOMUN_Ofrecido(v["fecsal"], SALCOMUN_Opciones(SALCOMUN_FECs)) && SALCOMUN_Ofrecido(v["outout"], SALCOMUN_Opciones(SALCOMUN_TiposSalida)) &&
            SALCOMUN_EnRango(v["outrfl"], 0, 1);
 }
 

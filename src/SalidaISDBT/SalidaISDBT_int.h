@@ -43,6 +43,15 @@ inline constexpr int SALISDBT_OFDMsCOFDM[] = {0, 2};
 // "outint": ISDB-T modes offer the time-interleaving depths "None" .. "Mode3".
 inline constexpr int SALISDBT_UltimoInterleaving = 3;
 
+// The choices of the output page's selects (the browser's copy is written from them too): the
+// two plans, the thirteen steps, the seven modes, the transmission modes of an ISDB-T or a
+// DVB-T mode, the time-interleaving depths.
+std::vector<CTESHTML_Opcion> SALISDBTINT_OpcionesPlan();
+std::vector<CTESHTML_Opcion> SALISDBTINT_OpcionesPaso();
+std::vector<CTESHTML_Opcion> SALISDBTINT_OpcionesModo();
+std::vector<CTESHTML_Opcion> SALISDBTINT_OpcionesOFDM(bool modoISDBT);
+std::vector<CTESHTML_Opcion> SALISDBTINT_OpcionesInterleaving();
+
 // ---------------------------------------------------------------------------
 // Page templates
 // ---------------------------------------------------------------------------
