@@ -5,6 +5,8 @@
 // callgrind, wall time (median of interleaved runs) and peak RSS. The pause after each
 // document load is 0 in every measure but one: the wall time with the system's default pause,
 // measured on the small racks and worked out from the documents read on the large ones.
+// With BANCO_INSTALADO naming the program as make install links it (libxml2 and ICU linked in),
+// its instructions are measured too: the same work without the dynamic loader's start.
 //   banco <cambioIP.cgi> <suelo> <libtraza.so> <test racks> <work folder> [runs] [unit counts, e.g. 32,128]
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -233,14 +235,17 @@ int main(int argc, char **argv)
                 tamanos.push_back(std::atoi(n.c_str()));
     }
     fs::create_directories(trabajo);
+    const char *variable = std::getenv("BANCO_INSTALADO");
+    const std::string instalado = variable != nullptr && *variable != '\0' ? fs::absolute(variable).string() : "";
 
     std::printf("cambioIP.cgi against the parse of the documents each request reads (the floor).\n"
                 "Pause after each document load: 0 ms, except in the \"with pause\" column (the system's 250 ms:\n"
                 "measured up to 8 units, worked out from the documents read above). Wall time: median of %d\n"
-                "interleaved runs. Instructions: callgrind, whole process.\n\n",
-                vueltas);
-    std::printf("%-24s %5s %12s %12s %6s %9s %9s %9s %8s %8s %12s\n", "command", "units", "instr CGI", "instr floor",
-                "ratio", "wall ms", "floor ms", "w/ pause", "RSS KB", "floor KB", "instr/unit");
+                "interleaved runs. Instructions: callgrind, whole process%s.\n\n",
+                vueltas, instalado.empty() ? "" : "; \"instr inst.\": the program as make install links it");
+    std::printf("%-24s %5s %12s %12s %6s %9s %9s %9s %8s %8s %12s %12s\n", "command", "units", "instr CGI",
+                "instr floor", "ratio", "wall ms", "floor ms", "w/ pause", "RSS KB", "floor KB", "instr/unit",
+                instalado.empty() ? "" : "instr inst.");
     std::ostringstream json;
     json << "[\n";
     bool primero = true;
@@ -263,6 +268,7 @@ int main(int argc, char **argv)
             Resultado r;
             r.instrucciones = Instrucciones({cgi}, entorno, p.formulario, trabajo);
             const long long sueloInstr = Instrucciones(documentos, entorno, "", trabajo);
+            const long long instaladoInstr = instalado.empty() ? -1 : Instrucciones({instalado}, entorno, p.formulario, trabajo);
             std::vector<double> tiempos, tiemposSuelo;
             long rss = 0, rssSuelo = 0;
             for (int v = 0; v < vueltas; ++v) {
@@ -278,15 +284,19 @@ int main(int argc, char **argv)
             const double conPausa = unidades <= 8 ? Ejecuta({cgi}, Entorno(p, raiz, nullptr), p.formulario).segundos * 1000
                                                   : ms + 250.0 * static_cast<double>(leidos);
             const double ratio = sueloInstr > 0 ? static_cast<double>(r.instrucciones) / static_cast<double>(sueloInstr) : 0;
-            std::printf("%-24s %5d %12lld %12lld %6.2f %9.2f %9.2f %9.0f %8ld %8ld %12lld\n", p.nombre, unidades,
+            std::printf("%-24s %5d %12lld %12lld %6.2f %9.2f %9.2f %9.0f %8ld %8ld %12lld %12s\n", p.nombre, unidades,
                         r.instrucciones, sueloInstr, ratio, ms, msSuelo, conPausa, rss, rssSuelo,
-                        r.instrucciones / std::max(1, unidades));
+                        r.instrucciones / std::max(1, unidades),
+                        instaladoInstr < 0 ? "" : std::to_string(instaladoInstr).c_str());
             std::fflush(stdout);
             json << (primero ? "" : ",\n") << "  {\"command\": \"" << p.nombre << "\", \"units\": " << unidades
                  << ", \"documents\": " << leidos << ", \"instructions\": " << r.instrucciones
                  << ", \"floorInstructions\": " << sueloInstr << ", \"ratio\": " << ratio << ", \"wallMs\": " << ms
                  << ", \"floorWallMs\": " << msSuelo << ", \"wallMsWithPause\": " << conPausa
-                 << ", \"rssKB\": " << rss << ", \"floorRssKB\": " << rssSuelo << "}";
+                 << ", \"rssKB\": " << rss << ", \"floorRssKB\": " << rssSuelo;
+            if (instaladoInstr >= 0)
+                json << ", \"installedInstructions\": " << instaladoInstr;
+            json << "}";
             primero = false;
         }
     }

@@ -88,7 +88,13 @@ std::string CgiResult::body() const
     return out.compare(0, kHeader.size(), kHeader) == 0 ? out.substr(kHeader.size()) : out;
 }
 
-CgiResult runCgi(const TempRoot &root, const CgiRequest &request) { return runCgiProgram(CAMBIOIP_CGI, root, request); }
+CgiResult runCgi(const TempRoot &root, const CgiRequest &request)
+{
+    // CAMBIOIP_TEST_PROGRAM runs the cases against another build of the program, e.g. the
+    // statically linked one that make install puts on the master.
+    const char *other = std::getenv("CAMBIOIP_TEST_PROGRAM");
+    return runCgiProgram(other != nullptr && *other != '\0' ? other : CAMBIOIP_CGI, root, request);
+}
 
 CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, const CgiRequest &request)
 {

@@ -51,8 +51,8 @@ struct CgiRequest {
     long fileSizeLimit = -1;                 // RLIMIT_FSIZE of the program, in bytes (-1: none)
 };
 
-// Runs cambioIP.cgi with exactly the given variables plus CAMBIOIP_ROOT=root and
-// CAMBIOIP_LOAD_PAUSE_MS=0 (unless the request sets them itself).
+// Runs cambioIP.cgi (or the program that CAMBIOIP_TEST_PROGRAM names) with exactly the given
+// variables plus CAMBIOIP_ROOT=root and CAMBIOIP_LOAD_PAUSE_MS=0 (unless the request sets them).
 CgiResult runCgi(const TempRoot &root, const CgiRequest &request);
 // The same with another build of the program (the plain build, to compare outputs).
 CgiResult runCgiProgram(const std::string &program, const TempRoot &root, const CgiRequest &request);
