@@ -67,10 +67,10 @@ build-asan:
 test-plain:
 	cmake -S . -B $(BUILD) -DBUILD_TESTING=ON
 	cmake --build $(BUILD) -j$(JOBS)
-	cd $(BUILD) && ctest --output-on-failure -j$(JOBS)
+	cd $(BUILD) && ctest --output-on-failure -j$(JOBS) -LE stress
 
 test-asan: build-asan
-	cd $(BUILD_ASAN) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 ctest --output-on-failure -j$(JOBS)
+	cd $(BUILD_ASAN) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 ctest --output-on-failure -j$(JOBS) -LE stress
 
 test: deps
 	$(MAKE) test-plain
