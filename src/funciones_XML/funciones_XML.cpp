@@ -465,6 +465,21 @@ bool escribeTextoINT(xmlNodePtr nodo, const char *valor)
     }
 }
 
+// Whether the document declares an entity of its own text. Its references stay in the tree
+// and every read of a value expands them again, so a few hundred kilobytes of references to
+// one large entity read as gigabytes; no unit document declares one.
+bool declaraEntidadINT(xmlDocPtr documento)
+{
+    const xmlDtd *subconjunto = documento->intSubset;
+    if (subconjunto == nullptr)
+        return false;
+    for (const xmlNode *nodo = subconjunto->children; nodo != nullptr; nodo = nodo->next)
+        if (nodo->type == XML_ENTITY_DECL &&
+            reinterpret_cast<const xmlEntity *>(nodo)->etype == XML_INTERNAL_GENERAL_ENTITY)
+            return true;
+    return false;
+}
+
 void avisoGuardado(const char *fichero, const char *paso)
 {
     std::fprintf(stderr, "FUNCXML_GuardaDocumento:%s:%s:%s:[ERROR]\n", fichero, paso, std::strerror(errno));
@@ -815,8 +830,13 @@ xmlDocPtr LOAD_XML_RDONLY(const char *fichero, xmlDocPtr *documento)
     // The pause after each load keeps the apply daemon's reads of the same files apart.
     pausaCargaINT();
     fd.cierra();
-    if (*documento == nullptr)
+    if (*documento == nullptr) {
         perror_hbk_v7q(error, "LOAD_XML_RDONLY:[ERROR]\n");
+    } else if (declaraEntidadINT(*documento)) {
+        imprime("LOAD_XML_RDONLY:Entity declared:%s:[ERROR]\n", fichero);
+        xmlFreeDoc(*documento);
+        *documento = nullptr;
+    }
     return *documento;
 }
 
