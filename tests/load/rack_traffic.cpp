@@ -1,0 +1,272 @@
+#include "load/rack_traffic.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <arpa/inet.h>
+#include <cstdlib>
+#include <netinet/in.h>
+#include <poll.h>
+#include <regex>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace cambioip_test::load {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Socket {
+    int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    ~Socket()
+    {
+        if (fd >= 0)
+            ::close(fd);
+    }
+};
+
+// Waits until the socket is ready for `events` or the deadline passes.
+bool ready(int fd, short events, Clock::time_point deadline)
+{
+    for (;;) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left <= 0)
+            return false;
+        pollfd p{fd, events, 0};
+        const int n = ::poll(&p, 1, static_cast<int>(left));
+        if (n > 0)
+            return true;
+        if (n < 0 && errno != EINTR)
+            return false;
+    }
+}
+
+// "1_v_2_v_..._n_v": a per-line list of the save frame with the same value on every line.
+std::string lines(int count, const std::string &value)
+{
+    std::string list;
+    for (int line = 1; line <= count; ++line)
+        list += (line > 1 ? "_" : "") + std::to_string(line) + "_" + value;
+    return list;
+}
+
+// The same list whose first line holds `first`.
+std::string linesFirst(int count, const std::string &first, const std::string &others)
+{
+    std::string list = "1_" + first;
+    for (int line = 2; line <= count; ++line)
+        list += "_" + std::to_string(line) + "_" + others;
+    return list;
+}
+
+}  // namespace
+
+HttpAnswer timedRequest(int port, const std::string &target, const std::string *body,
+                        std::chrono::milliseconds limit)
+{
+    const Clock::time_point deadline = Clock::now() + limit;
+    Socket s;
+    if (s.fd < 0)
+        return {};
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::connect(s.fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
+        if (errno != EINPROGRESS || !ready(s.fd, POLLOUT, deadline))
+            return {};
+        int error = 0;
+        socklen_t length = sizeof error;
+        if (::getsockopt(s.fd, SOL_SOCKET, SO_ERROR, &error, &length) != 0 || error != 0)
+            return {};
+    }
+    std::string request = (body == nullptr ? "GET " : "POST ") + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n";
+    if (body != nullptr)
+        request += "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
+                   std::to_string(body->size()) + "\r\n\r\n" + *body;
+    else
+        request += "\r\n";
+    for (size_t sent = 0; sent < request.size();) {
+        const ssize_t n = ::send(s.fd, request.data() + sent, request.size() - sent, MSG_NOSIGNAL);
+        if (n > 0)
+            sent += static_cast<size_t>(n);
+        else if (n < 0 && (errno == EAGAIN || errno == EINTR)) {
+            if (!ready(s.fd, POLLOUT, deadline))
+                return {};
+        } else
+            return {};
+    }
+    // HTTP/1.0 without keep-alive: the answer is whole when the server closes the connection.
+    std::string answer;
+    char buffer[16384];
+    for (;;) {
+        const ssize_t n = ::recv(s.fd, buffer, sizeof buffer, 0);
+        if (n > 0)
+            answer.append(buffer, static_cast<size_t>(n));
+        else if (n == 0)
+            break;
+        else if (errno == EAGAIN || errno == EINTR) {
+            if (!ready(s.fd, POLLIN, deadline))
+                return {};
+        } else
+            return {};
+    }
+    HttpAnswer result;
+    const size_t end = answer.find("\r\n\r\n");
+    if (answer.rfind("HTTP/", 0) != 0 || end == std::string::npos)
+        return result;
+    result.status = std::atoi(answer.c_str() + answer.find(' ') + 1);
+    result.headers = answer.substr(0, end);
+    result.body = answer.substr(end + 4);
+    return result;
+}
+
+std::optional<std::string> controlValue(const std::string &page, const std::string &name)
+{
+    const size_t at = page.find("name=\"" + name + "\"");
+    if (at == std::string::npos)
+        return std::nullopt;
+    const size_t open = page.rfind('<', at), close = page.find('>', at);
+    if (open == std::string::npos || close == std::string::npos)
+        return std::nullopt;
+    const std::string tag = page.substr(open, close - open);
+    const size_t value = tag.find(" value=\"");
+    if (value == std::string::npos)
+        return std::nullopt;
+    const size_t start = value + 8;
+    return tag.substr(start, tag.find('"', start) - start);
+}
+
+std::string RackUnit::sufijo() const
+{
+    std::string text = suffix;
+    std::replace(text.begin(), text.end(), '_', '.');
+    return text;
+}
+
+std::string RackUnit::label() const { return suffix.empty() ? "master" : address; }
+
+std::vector<RackUnit> unitsOfPages(const std::string &network, const std::string &transport, const std::string &ip)
+{
+    static const std::regex row("name=\"numcanales((_[0-9]{3}){4})?\"");
+    std::vector<RackUnit> units;
+    for (std::sregex_iterator it(transport.begin(), transport.end(), row), end; it != end; ++it) {
+        RackUnit unit;
+        unit.suffix = (*it)[1].str();
+        const auto channels = controlValue(transport, "numcanales" + unit.suffix);
+        const auto ipPort = controlValue(transport, "haysalidaip" + unit.suffix);
+        const auto ipLines = controlValue(ip, "nentip" + unit.suffix);
+        const auto address = controlValue(network, "networkipdir" + unit.suffix);
+        if (!channels || !ipPort || !ipLines || !address)
+            return {};
+        unit.channels = std::atoi(channels->c_str());
+        unit.ipPort = *ipPort == "1";
+        unit.ipLines = std::atoi(ipLines->c_str());
+        unit.address = *address;
+        units.push_back(unit);
+    }
+    return units;
+}
+
+int saveCommand(SaveKind kind)
+{
+    switch (kind) {
+    case SaveKind::Network: return 4;
+    case SaveKind::Inputs: return 11;
+    case SaveKind::Transport: return 20;
+    case SaveKind::Output: return 21;
+    case SaveKind::Test: return 22;
+    case SaveKind::Ip: return 28;
+    }
+    return 0;
+}
+
+const char *markerPath(SaveKind kind)
+{
+    switch (kind) {
+    case SaveKind::Network: return "/ENCODERCONFIG/NETWORK/ORDEN";
+    case SaveKind::Transport: return "/ENCODERCONFIG/SALIDATS/CANAL1/NOMBRE";
+    case SaveKind::Output: return "/ENCODERCONFIG/SALIDAQAM/NIVEL";
+    case SaveKind::Ip: return "/ENCODERCONFIG/SALIDAIP/SALIDA1/PUERTO";
+    case SaveKind::Inputs:
+    case SaveKind::Test: return nullptr;
+    }
+    return nullptr;
+}
+
+SaveForm saveForm(const RackUnit &unit, SaveKind kind, unsigned serial)
+{
+    const int n = unit.channels;
+    SaveForm form;
+    std::string &b = form.body;
+    b = "command=" + std::to_string(saveCommand(kind)) + "&sufijo=" + unit.sufijo();
+    switch (kind) {
+    case SaveKind::Network:
+        // The unit keeps its address; the order in the rack is the marker (1-9999).
+        form.marker = std::to_string(1 + serial % 9999);
+        b += "&networkipdir=" + unit.address + "&networkmask=255.255.255.0&gateway=10.0.0.1&dhcp=0&orden=" +
+             form.marker;
+        break;
+    case SaveKind::Inputs:
+        b += "&numcanales=" + std::to_string(n) + "&eon=" + lines(n, "1") + "&vidinp=" + lines(n, "0") +
+             "&vidcod=" + lines(n, "1") + "&audcod=" + lines(n, "0") + "&audinp=" + lines(n, "1") +
+             "&audlev=" + lines(n, std::to_string(serial % 16)) + "&ccon=" + lines(n, "0") +
+             "&vidbit=" + lines(n, "7.5") + "&audbit=" + lines(n, "4") + "&asprat=" + lines(n, "0") +
+             "&gop=" + lines(n, "3") + "&maxoutres=" + lines(n, "4") + "&ffencod=" + lines(n, "0");
+        break;
+    case SaveKind::Transport:
+        // The first service's name is the marker.
+        form.marker = "L" + std::to_string(serial);
+        b += "&numcanales=" + std::to_string(n) + "&tsid=2000&cnam=" + linesFirst(n, form.marker, "CH") +
+             "&svpid=" + lines(n, "481") + "&sapid=" + lines(n, "482") + "&mchn=" + lines(n, "12") +
+             "&chnm=" + lines(n, "1") + "&autochan=" + lines(n, "0") + "&svcid=" + lines(n, "601") +
+             "&haysalidaip=" + (unit.ipPort ? "1" : "0") + "&ntotserv=" + std::to_string(n);
+        break;
+    case SaveKind::Output:
+        form.marker = std::to_string(serial % 100);
+        b += "&numcanales=" + std::to_string(n) +
+             "&outtab=4&outchn=573.25&outbau=6.9&outout=4&outint=8&outmod=6&outlev=" + form.marker + "&outrfl=1";
+        break;
+    case SaveKind::Test:
+        b += "&numcanales=" + std::to_string(n) + "&teas=" + std::to_string(serial % 2) +
+             "&treset=0&tfab=0&tled=" + std::to_string(serial / 2 % 2);
+        break;
+    case SaveKind::Ip: {
+        // The first stream's port is the marker.
+        const int k = unit.ipLines;
+        form.marker = std::to_string(1024 + serial % 60000);
+        b += "&numcanales=" + std::to_string(n) + "&nentip=" + std::to_string(k) +
+             "&iptxrx=1&iptype=1&haysalidaip=" + (unit.ipPort ? "1" : "0") + "&ipen=" + lines(k, "1") +
+             "&outputIP=" + lines(k, "239.1.2.3") + "&outputport=" + linesFirst(k, form.marker, "6200") +
+             "&ippackets=" + lines(k, "7") + "&scanstd=" + lines(k, "0") + "&ipproto=" + lines(k, "0") +
+             "&ipfecen=" + lines(k, "0") + "&ipfecannex=" + lines(k, "0");
+        break;
+    }
+    }
+    return form;
+}
+
+size_t rowCount(const std::string &page)
+{
+    size_t rows = 0;
+    for (size_t at = page.find("<tr"); at != std::string::npos; at = page.find("<tr", at + 3))
+        ++rows;
+    return rows;
+}
+
+std::string pageFault(const std::string &body, size_t rows)
+{
+    static const std::string head = "<html><head></head><body>\n", tail = "</body></html>\n";
+    if (body.compare(0, head.size(), head) != 0)
+        return "the page does not start with its frame";
+    if (body.size() < head.size() + tail.size() || body.compare(body.size() - tail.size(), tail.size(), tail) != 0)
+        return "the page is cut short";
+    for (const char *fault : {"ERROR!", "cannot be read", "LOAD_XML"})
+        if (body.find(fault) != std::string::npos)
+            return std::string("the page holds \"") + fault + "\"";
+    if (rowCount(body) != rows)
+        return std::to_string(rowCount(body)) + " rows instead of " + std::to_string(rows);
+    return "";
+}
+
+}  // namespace cambioip_test::load

@@ -1,0 +1,61 @@
+// What the load run's clients send and what they expect back: the operator browser's pages
+// and saves, the rack's units as the pages show them, and what a whole answer looks like.
+#pragma once
+
+#include "support/servidor_http.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cambioip_test::load {
+
+// One request to 127.0.0.1:port (a GET, or a form POST when body is given) with a limit on the
+// whole exchange; status 0 when the server did not answer in full within it.
+HttpAnswer timedRequest(int port, const std::string &target, const std::string *body,
+                        std::chrono::milliseconds limit);
+
+// The value painted into the form control named `name`, or nullopt when the page has none.
+std::optional<std::string> controlValue(const std::string &page, const std::string &name);
+
+// A unit as the pages show it, with what a save of it carries besides the changed values.
+struct RackUnit {
+    std::string suffix;   // field-name suffix: "_010_000_000_021", empty for the master
+    std::string address;  // its address as the network page paints it
+    int channels = 0;     // numcanales
+    bool ipPort = false;  // haysalidaip
+    int ipLines = 0;      // nentip
+    std::string sufijo() const;  // ".010.000.000.021", empty for the master
+    std::string label() const;   // "10.0.0.21" or "master"
+};
+
+// Every unit row of the transport page, completed from the network and IP pages. Empty when a
+// row lacks a value the saves need.
+std::vector<RackUnit> unitsOfPages(const std::string &network, const std::string &transport,
+                                   const std::string &ip);
+
+// The saves of the operator's pages.
+enum class SaveKind { Network, Inputs, Transport, Output, Test, Ip };
+inline constexpr SaveKind kSaveKinds[] = {SaveKind::Network, SaveKind::Inputs, SaveKind::Transport,
+                                          SaveKind::Output,  SaveKind::Test,   SaveKind::Ip};
+int saveCommand(SaveKind kind);
+
+// One save's form text as the browser posts it (command and sufijo first, the suffix stripped
+// from the field names) and the value of the save's marker field, which is different for every
+// serial, so that the document tells which save wrote it last.
+struct SaveForm {
+    std::string body;
+    std::string marker;  // empty: this kind writes no marker
+};
+SaveForm saveForm(const RackUnit &unit, SaveKind kind, unsigned serial);
+// Where the marker of a save lands in the unit's document (XPath), or nullptr.
+const char *markerPath(SaveKind kind);
+
+// Rows of a page (its "<tr" tags): the same for a page of the same rack, whatever the values.
+size_t rowCount(const std::string &page);
+// What is wrong with a page's body, empty when it is whole: wrapped in the page frame, no error
+// fragment, no unreadable document, and as many rows as the page had on the quiet rack.
+std::string pageFault(const std::string &body, size_t rows);
+
+}  // namespace cambioip_test::load
