@@ -57,16 +57,21 @@ while espera 1; do
   espera "$pausa"
   : > "$config/control.lock"
   if [ -s "$cola" ]; then
-    # The queue is taken whole by a rename; a save appending meanwhile starts a new one.
+    # The queue is taken whole by a rename; a save appending meanwhile starts a new one. A
+    # save that opened it before the rename appends under its flock, so the renamed file is
+    # read under that flock too: it then holds every line that went into it.
     mv "$cola" "$cola.daemon"
+    exec {tomada}<"$cola.daemon"
+    flock "$tomada"
     while IFS= read -r linea; do
       if [[ $linea =~ ^network\.([0-9]{3}\.[0-9]{3}\.[0-9]{3}\.[0-9]{3})$ ]]; then
         aplica "$config/network.${BASH_REMATCH[1]}.xml"
       else
         aviso "ignored queue line: $linea"
       fi
-    done < "$cola.daemon"
+    done <&"$tomada"
     rm -f "$cola.daemon"
+    exec {tomada}<&-
   fi
   if [ -e "$comando" ]; then
     aplica "$config/network.xml"

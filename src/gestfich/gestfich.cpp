@@ -39,7 +39,9 @@ int GESTFICH_AddFiletoChanges(const void *datos, long longitud, const char *ruta
 {
     if (datos == nullptr || ruta == nullptr || longitud < 1)
         return -1;
-    Descriptor fichero(::open(ruta, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666));
+    // Under the queue's flock, on the file the path names: a daemon that renames the queue
+    // away and takes the flock of the renamed file before reading it misses no line.
+    Descriptor fichero(GESTFICHINT_AbreBloqueado(ruta, O_WRONLY | O_APPEND | O_CREAT, 0666));
     if (fichero.fd < 0)
         return -1;
     // One write on an O_APPEND descriptor: the line lands whole at the end of the file.

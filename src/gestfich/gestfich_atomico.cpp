@@ -187,15 +187,13 @@ int GESTFICH_BorraTemporales(const char *ruta)
     return borrados;
 }
 
-int GESTFICH_BloqueaFichero(const char *ruta)
+int GESTFICHINT_AbreBloqueado(const char *ruta, int modoApertura, mode_t permisos)
 {
-    if (ruta == nullptr)
-        return -1;
-    // The file may be replaced (renamed over) by the holder while we wait: the lock counts
-    // only when it is on the file that the path names once we have it.
+    // The file may be replaced (renamed over, or renamed away) by another holder while we
+    // wait: the lock counts only when it is on the file that the path names once we have it.
     for (;;) {
         // Non-blocking, so that a path naming a pipe never holds the request up.
-        Descriptor fd(::open(ruta, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        Descriptor fd(::open(ruta, modoApertura | O_NONBLOCK | O_CLOEXEC, permisos));
         if (fd.fd < 0)
             return -1;
         struct stat tipo {};
@@ -210,14 +208,19 @@ int GESTFICH_BloqueaFichero(const char *ruta)
         struct stat bloqueado {}, actual {};
         if (::fstat(fd.fd, &bloqueado) != 0)
             return -1;
-        if (::stat(ruta, &actual) != 0)
-            return -1;
-        if (bloqueado.st_dev == actual.st_dev && bloqueado.st_ino == actual.st_ino) {
+        if (::stat(ruta, &actual) == 0 && bloqueado.st_dev == actual.st_dev && bloqueado.st_ino == actual.st_ino) {
             const int propio = fd.fd;
             fd.fd = -1;
             return propio;
         }
+        // Replaced or gone: the next round opens what the path names now (with O_CREAT, a
+        // new file when it is gone; without, -1).
     }
+}
+
+int GESTFICH_BloqueaFichero(const char *ruta)
+{
+    return ruta == nullptr ? -1 : GESTFICHINT_AbreBloqueado(ruta, O_RDONLY, 0);
 }
 
 void GESTFICH_DesbloqueaFichero(int descriptor)

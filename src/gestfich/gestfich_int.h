@@ -1,6 +1,7 @@
 // Private helpers of gestfich shared by its files.
 #pragma once
 
+#include <sys/types.h>
 #include <unistd.h>
 
 // A file descriptor closed on every path.
@@ -22,3 +23,8 @@ struct GESTFICHINT_Descriptor {
         return ::close(d) == 0;
     }
 };
+
+// Opens the file at `ruta` (open(2) flags and permissions) and takes its exclusive flock,
+// trying again until the lock is on the file the path still names; returns the descriptor,
+// which holds the lock until closed, or -1. Anything but a regular file is refused.
+int GESTFICHINT_AbreBloqueado(const char *ruta, int modoApertura, mode_t permisos);

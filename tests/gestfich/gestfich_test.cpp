@@ -5,10 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
+#include <fcntl.h>
+#include <fstream>
 #include <sstream>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace cambioip_test;
@@ -67,6 +72,43 @@ TEST_F(Gestfich, ConcurrentAppendsNeverInterleaveALine)
     for (std::string linea; std::getline(cola, linea); ++cuenta)
         ASSERT_EQ(linea, std::string(20000, linea.empty() ? '?' : linea[0])) << "line " << cuenta;
     EXPECT_EQ(cuenta, 4 * 200);
+}
+
+// True once /proc/locks shows a process waiting for the flock of the file with this inode.
+bool alguienEspera(ino_t inodo)
+{
+    const std::string marca = ":" + std::to_string(inodo) + " ";
+    std::ifstream cerrojos("/proc/locks");
+    for (std::string linea; std::getline(cerrojos, linea);)
+        if (linea.find("->") != std::string::npos && linea.find(marca) != std::string::npos)
+            return true;
+    return false;
+}
+
+TEST_F(Gestfich, ALineAppendedWhileTheDaemonTakesTheQueueGoesToTheNewQueue)
+{
+    // The daemon holds the queue's flock, a save waits for it with the queue open, and the
+    // daemon renames the queue away, reads it and lets go: the save's line must land in a
+    // new queue at the path, not in the file the daemon has already read.
+    const std::string viejo = "network.010.000.000.022\n", nuevo = "network.010.000.000.021\n";
+    ASSERT_EQ(encola(viejo), 0);
+    const int daemon = open(ruta("fileschanged.list").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_GE(daemon, 0);
+    ASSERT_EQ(flock(daemon, LOCK_EX), 0);
+    struct stat cola {};
+    ASSERT_EQ(fstat(daemon, &cola), 0);
+    int resultado = -1;
+    std::thread guardado([&] { resultado = encola(nuevo); });
+    bool espera = false;
+    for (int i = 0; i < 500 && !(espera = alguienEspera(cola.st_ino)); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(espera) << "the save never waited for the queue's lock";
+    ASSERT_EQ(rename(ruta("fileschanged.list").c_str(), ruta("fileschanged.list.daemon").c_str()), 0);
+    close(daemon);
+    guardado.join();
+    EXPECT_EQ(resultado, 0);
+    EXPECT_EQ(raiz_.read("config/fileschanged.list.daemon"), viejo);
+    EXPECT_EQ(raiz_.read("config/fileschanged.list"), nuevo);
 }
 
 TEST_F(Gestfich, TheCommandFileHoldsExactlyOneByteAndItsStreamIsOnlyOne)
