@@ -73,9 +73,11 @@ while espera 1; do
     rm -f "$cola.daemon"
     exec {tomada}<&-
   fi
-  if [ -e "$comando" ]; then
+  # The command is taken away before the master's document is applied: a master save made
+  # meanwhile writes a new command file, which the next round applies.
+  if [ -e "$comando" ] && mv "$comando" "$comando.daemon"; then
     aplica "$config/network.xml"
-    rm -f "$comando"
+    rm -f "$comando.daemon"
   fi
   rm -f "$config/control.lock"
 done
