@@ -5,6 +5,7 @@ BUILD ?= build
 BUILD_ASAN ?= build-asan
 BUILD_RELEASE ?= build-release
 BUILD_BENCH ?= build-bench
+BUILD_FUZZ ?= build-fuzz
 DEMO_PORT ?= 8080
 # The demo rack: qam, cofdm, isdbt or cofdmqamb (the pages show the master's family).
 DEMO_RACK ?= qam
@@ -26,7 +27,7 @@ PACKAGES := $(DEMO_PACKAGES) libxml2-utils libgtest-dev busybox chromium nodejs 
 BROWSER_TESTS := tests/browser
 
 .PHONY: all deps deps-demo install-packages build build-asan test test-plain test-asan golden \
-        test-ratio demo install bench clean
+        test-ratio demo install bench stress fuzz clean
 
 all: build
 
@@ -67,7 +68,7 @@ build-asan:
 test-plain:
 	cmake -S . -B $(BUILD) -DBUILD_TESTING=ON
 	cmake --build $(BUILD) -j$(JOBS)
-	cd $(BUILD) && ctest --output-on-failure -j$(JOBS) -LE stress
+	cd $(BUILD) && ctest --output-on-failure -j$(JOBS) $(or $(CTEST_ARGS),-LE stress)
 
 test-asan: build-asan
 	cd $(BUILD_ASAN) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 ctest --output-on-failure -j$(JOBS) -LE stress
@@ -118,5 +119,30 @@ bench:
 	  $(BUILD_BENCH)/bench/libtraza.so tests/fixtures/racks $(BUILD_BENCH)/racks $(BENCH_RUNS) $(BENCH_UNITS)
 	@cp $(BUILD_BENCH)/racks/bench.json $(BUILD_BENCH)/bench.json
 
+# The fuzz targets (fuzz/: the form decoder, the XML layer, the whole request), built with
+# clang's libFuzzer under ASan and UBSan, each run FUZZ_SECONDS from seeds made of the golden
+# cases; the corpus grows in $(BUILD_FUZZ)/fuzz/corpus, what crashes lands in
+# $(BUILD_FUZZ)/fuzz/crashes and the run fails.
+FUZZ_SECONDS ?= 60
+fuzz:
+	@$(MAKE) --no-print-directory install-packages PACKAGES="$(DEMO_PACKAGES) clang libclang-rt-14-dev"
+	cmake -S . -B $(BUILD_FUZZ) -DCMAKE_CXX_COMPILER=clang++ -DCAMBIOIP_FUZZ=ON -DBUILD_TESTING=OFF
+	cmake --build $(BUILD_FUZZ) -j$(JOBS) --target fuzz
+	fuzz/run.sh $(BUILD_FUZZ) $(FUZZ_SECONDS)
+
+# The long reliability runs (not part of make test, which runs the same fault tests at a small
+# scale): killed saves, failed writes, concurrent saves and hostile documents at full count, in
+# the plain and the sanitized build, then the load run through the demo's server. Each prints
+# its figures; LOAD_CLIENTS and LOAD_SECONDS set the load.
+stress: deps
+	CAMBIOIP_STRESS=1 $(MAKE) --no-print-directory test-plain CTEST_ARGS="-L fault"
+	@grep -h '\[fault figures\]' $(BUILD)/Testing/Temporary/LastTest.log
+	$(MAKE) --no-print-directory build-asan
+	cd $(BUILD_ASAN) && CAMBIOIP_STRESS=1 ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 \
+	  ctest --output-on-failure -j$(JOBS) -L fault
+	@grep -h '\[fault figures\]' $(BUILD_ASAN)/Testing/Temporary/LastTest.log
+	cd $(BUILD) && ctest --output-on-failure -L stress
+	@sed -n '/^load run:/,/^server diagnostics/p' $(BUILD)/Testing/Temporary/LastTest.log
+
 clean:
-	rm -rf $(BUILD) $(BUILD_ASAN) $(BUILD_RELEASE) $(BUILD_BENCH)
+	rm -rf $(BUILD) $(BUILD_ASAN) $(BUILD_RELEASE) $(BUILD_BENCH) $(BUILD_FUZZ)

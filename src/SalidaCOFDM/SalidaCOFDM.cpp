@@ -23,11 +23,6 @@ static_assert(std::is_same_v<decltype(&SALCOFDM_GrabaSalida), SALCOMUN_FuncionGr
 
 namespace {
 
-// Buffer sizes of the page reads.
-constexpr std::size_t TAM_TEXTO = 50;
-
-
-
 // ---------------------------------------------------------------------------
 // Mode and option lists
 // ---------------------------------------------------------------------------
