@@ -257,7 +257,7 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
     for (size_t k = 0; k < kPageCount; ++k) {
         const int command = kKinds[k].command;
         const HttpAnswer page =
-            timedRequest(port, kCgi + "?command=" + std::to_string(command), nullptr, kRequestLimit);
+            httpRequest(port, kCgi + "?command=" + std::to_string(command), nullptr, "", kRequestLimit);
         ASSERT_EQ(answerFault(page), "") << kKinds[k].name;
         rows[command] = rowCount(page.body);
         ASSERT_EQ(pageFault(page.body, rows[command]), "") << kKinds[k].name;
@@ -312,7 +312,7 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
         auto send = [&](int command, const std::string *body, std::string &fault) {
             const Clock::time_point t0 = Clock::now();
             const std::string target = body == nullptr ? kCgi + "?command=" + std::to_string(command) : kCgi;
-            HttpAnswer answer = timedRequest(port, target, body, kRequestLimit);
+            HttpAnswer answer = httpRequest(port, target, body, "", kRequestLimit);
             const std::chrono::duration<double, std::milli> took = Clock::now() - t0;
             lastKind = kindOf(command);
             log.latency[lastKind].push_back(took.count());

@@ -1,45 +1,12 @@
 #include "load/rack_traffic.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <arpa/inet.h>
 #include <cstdlib>
-#include <netinet/in.h>
-#include <poll.h>
 #include <regex>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace cambioip_test::load {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-struct Socket {
-    int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    ~Socket()
-    {
-        if (fd >= 0)
-            ::close(fd);
-    }
-};
-
-// Waits until the socket is ready for `events` or the deadline passes.
-bool ready(int fd, short events, Clock::time_point deadline)
-{
-    for (;;) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0)
-            return false;
-        pollfd p{fd, events, 0};
-        const int n = ::poll(&p, 1, static_cast<int>(left));
-        if (n > 0)
-            return true;
-        if (n < 0 && errno != EINTR)
-            return false;
-    }
-}
 
 // "1_v_2_v_..._n_v": a per-line list of the save frame with the same value on every line.
 std::string lines(int count, const std::string &value)
@@ -60,66 +27,6 @@ std::string linesFirst(int count, const std::string &first, const std::string &o
 }
 
 }  // namespace
-
-HttpAnswer timedRequest(int port, const std::string &target, const std::string *body,
-                        std::chrono::milliseconds limit)
-{
-    const Clock::time_point deadline = Clock::now() + limit;
-    Socket s;
-    if (s.fd < 0)
-        return {};
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (::connect(s.fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
-        if (errno != EINPROGRESS || !ready(s.fd, POLLOUT, deadline))
-            return {};
-        int error = 0;
-        socklen_t length = sizeof error;
-        if (::getsockopt(s.fd, SOL_SOCKET, SO_ERROR, &error, &length) != 0 || error != 0)
-            return {};
-    }
-    std::string request = (body == nullptr ? "GET " : "POST ") + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n";
-    if (body != nullptr)
-        request += "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
-                   std::to_string(body->size()) + "\r\n\r\n" + *body;
-    else
-        request += "\r\n";
-    for (size_t sent = 0; sent < request.size();) {
-        const ssize_t n = ::send(s.fd, request.data() + sent, request.size() - sent, MSG_NOSIGNAL);
-        if (n > 0)
-            sent += static_cast<size_t>(n);
-        else if (n < 0 && (errno == EAGAIN || errno == EINTR)) {
-            if (!ready(s.fd, POLLOUT, deadline))
-                return {};
-        } else
-            return {};
-    }
-    // HTTP/1.0 without keep-alive: the answer is whole when the server closes the connection.
-    std::string answer;
-    char buffer[16384];
-    for (;;) {
-        const ssize_t n = ::recv(s.fd, buffer, sizeof buffer, 0);
-        if (n > 0)
-            answer.append(buffer, static_cast<size_t>(n));
-        else if (n == 0)
-            break;
-        else if (errno == EAGAIN || errno == EINTR) {
-            if (!ready(s.fd, POLLIN, deadline))
-                return {};
-        } else
-            return {};
-    }
-    HttpAnswer result;
-    const size_t end = answer.find("\r\n\r\n");
-    if (answer.rfind("HTTP/", 0) != 0 || end == std::string::npos)
-        return result;
-    result.status = std::atoi(answer.c_str() + answer.find(' ') + 1);
-    result.headers = answer.substr(0, end);
-    result.body = answer.substr(end + 4);
-    return result;
-}
 
 std::optional<std::string> controlValue(const std::string &page, const std::string &name)
 {

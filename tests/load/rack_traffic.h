@@ -11,11 +11,6 @@
 
 namespace cambioip_test::load {
 
-// One request to 127.0.0.1:port (a GET, or a form POST when body is given) with a limit on the
-// whole exchange; status 0 when the server did not answer in full within it.
-HttpAnswer timedRequest(int port, const std::string &target, const std::string *body,
-                        std::chrono::milliseconds limit);
-
 // The value painted into the form control named `name`, or nullopt when the page has none.
 std::optional<std::string> controlValue(const std::string &page, const std::string &name);
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <spawn.h>
@@ -88,12 +89,28 @@ std::string CgiResult::body() const
     return out.compare(0, kHeader.size(), kHeader) == 0 ? out.substr(kHeader.size()) : out;
 }
 
+std::vector<std::string> testLauncher()
+{
+    std::vector<std::string> words;
+    if (const char *text = std::getenv("CAMBIOIP_TEST_LAUNCHER")) {
+        std::istringstream in(text);
+        for (std::string word; in >> word;)
+            words.push_back(word);
+    }
+    return words;
+}
+
+std::string testProgram()
+{
+    const char *other = std::getenv("CAMBIOIP_TEST_PROGRAM");
+    return other != nullptr && *other != '\0' ? other : CAMBIOIP_CGI;
+}
+
 CgiResult runCgi(const TempRoot &root, const CgiRequest &request)
 {
     // CAMBIOIP_TEST_PROGRAM runs the cases against another build of the program, e.g. the
     // statically linked one that make install puts on the master.
-    const char *other = std::getenv("CAMBIOIP_TEST_PROGRAM");
-    return runCgiProgram(other != nullptr && *other != '\0' ? other : CAMBIOIP_CGI, root, request);
+    return runCgiProgram(testProgram(), root, request);
 }
 
 CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, const CgiRequest &request)
@@ -128,8 +145,16 @@ CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, co
     posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     posix_spawn_file_actions_addchdir_np(&actions, work.c_str());
 
-    std::string program = programPath;
-    char *argv[] = {program.data(), nullptr};
+    // CAMBIOIP_TEST_LAUNCHER is a command, split on blanks, that runs the program: an
+    // emulator for a build of another machine, e.g. "qemu-arm -L /usr/arm-linux-gnueabihf".
+    std::vector<std::string> words = testLauncher();
+    const bool launched = !words.empty();
+    words.push_back(programPath);
+    std::vector<char *> argv;
+    for (auto &word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    const std::string &program = words.front();
     pid_t pid = 0;
     CgiResult result;
     // The program inherits the file-size limit it is started with; ours is put back at once.
@@ -140,7 +165,9 @@ CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, co
         limited.rlim_cur = static_cast<rlim_t>(request.fileSizeLimit);
         setrlimit(RLIMIT_FSIZE, &limited);
     }
-    int rc = posix_spawn(&pid, program.c_str(), &actions, nullptr, argv, envp.data());
+    // A launcher is looked up in PATH, the program itself is started by its path.
+    int rc = launched ? posix_spawnp(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data())
+                      : posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data());
     setrlimit(RLIMIT_FSIZE, &ours);
     posix_spawn_file_actions_destroy(&actions);
     if (rc == 0) {
@@ -148,7 +175,7 @@ CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, co
         waitpid(pid, &status, 0);
         result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     } else {
-        ADD_FAILURE() << "cannot start " << program << ": " << rc;
+        ADD_FAILURE() << "cannot start " << program << ": " << std::strerror(rc);
     }
     result.out = readFile(outPath);
     result.err = readFile(errPath);

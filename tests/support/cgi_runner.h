@@ -51,10 +51,17 @@ struct CgiRequest {
     long fileSizeLimit = -1;                 // RLIMIT_FSIZE of the program, in bytes (-1: none)
 };
 
+// The program runCgi runs: CAMBIOIP_TEST_PROGRAM when set, else the build's cambioIP.cgi.
+std::string testProgram();
+// The command that starts it, from CAMBIOIP_TEST_LAUNCHER split on blanks (an emulator for a
+// build of another machine); empty when the program is started directly.
+std::vector<std::string> testLauncher();
+
 // Runs cambioIP.cgi (or the program that CAMBIOIP_TEST_PROGRAM names) with exactly the given
 // variables plus CAMBIOIP_ROOT=root and CAMBIOIP_LOAD_PAUSE_MS=0 (unless the request sets them).
 CgiResult runCgi(const TempRoot &root, const CgiRequest &request);
-// The same with another build of the program (the plain build, to compare outputs).
+// The same with another build of the program (the plain build, to compare outputs). Both run
+// behind the launcher of CAMBIOIP_TEST_LAUNCHER, when set.
 CgiResult runCgiProgram(const std::string &program, const TempRoot &root, const CgiRequest &request);
 CgiResult runGet(const TempRoot &root, const std::string &query);
 CgiResult runPost(const TempRoot &root, const std::string &body);

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <arpa/inet.h>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -21,10 +23,33 @@ namespace cambioip_test {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
+// Non-blocking, so that every wait of a request is bounded by its deadline.
 struct Socket {
-    int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    ~Socket() { ::close(fd); }
+    int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    ~Socket()
+    {
+        if (fd >= 0)
+            ::close(fd);
+    }
 };
+
+// Waits until the socket is ready for `events` or the deadline passes.
+bool ready(int fd, short events, Clock::time_point deadline)
+{
+    for (;;) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left <= 0)
+            return false;
+        pollfd p{fd, events, 0};
+        const int n = ::poll(&p, 1, static_cast<int>(left));
+        if (n > 0)
+            return true;
+        if (n < 0 && errno != EINTR)
+            return false;
+    }
+}
 
 sockaddr_in loopback(int port)
 {
@@ -49,12 +74,21 @@ int freePort()
 }
 
 HttpAnswer httpRequest(int port, const std::string &target, const std::string *body,
-                       const std::string &extraHeaders)
+                       const std::string &extraHeaders, std::chrono::milliseconds limit)
 {
+    const Clock::time_point deadline = Clock::now() + limit;
     Socket s;
-    sockaddr_in address = loopback(port);
-    if (::connect(s.fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
+    if (s.fd < 0)
         return {};
+    sockaddr_in address = loopback(port);
+    if (::connect(s.fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
+        if (errno != EINPROGRESS || !ready(s.fd, POLLOUT, deadline))
+            return {};
+        int error = 0;
+        socklen_t length = sizeof error;
+        if (::getsockopt(s.fd, SOL_SOCKET, SO_ERROR, &error, &length) != 0 || error != 0)
+            return {};
+    }
     std::string request = (body == nullptr ? "GET " : "POST ") + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n" +
                           extraHeaders;
     if (body != nullptr)
@@ -62,12 +96,31 @@ HttpAnswer httpRequest(int port, const std::string &target, const std::string *b
                    std::to_string(body->size()) + "\r\n\r\n" + *body;
     else
         request += "\r\n";
-    if (::write(s.fd, request.data(), request.size()) != static_cast<ssize_t>(request.size()))
-        return {};
+    for (size_t sent = 0; sent < request.size();) {
+        const ssize_t n = ::send(s.fd, request.data() + sent, request.size() - sent, MSG_NOSIGNAL);
+        if (n > 0)
+            sent += static_cast<size_t>(n);
+        else if (n < 0 && (errno == EAGAIN || errno == EINTR)) {
+            if (!ready(s.fd, POLLOUT, deadline))
+                return {};
+        } else
+            return {};
+    }
+    // HTTP/1.0 without keep-alive: the answer is whole when the server closes the connection.
     std::string answer;
-    char buffer[4096];
-    for (ssize_t n; (n = ::read(s.fd, buffer, sizeof buffer)) > 0;)
-        answer.append(buffer, static_cast<size_t>(n));
+    char buffer[16384];
+    for (;;) {
+        const ssize_t n = ::recv(s.fd, buffer, sizeof buffer, 0);
+        if (n > 0)
+            answer.append(buffer, static_cast<size_t>(n));
+        else if (n == 0)
+            break;
+        else if (errno == EAGAIN || errno == EINTR) {
+            if (!ready(s.fd, POLLIN, deadline))
+                return {};
+        } else
+            return {};
+    }
 
     // The headers end at the first empty line. BusyBox httpd passes the program's own header
     // block through, which ends in "\r\n\n"; lighttpd rewrites it with "\r\n\r\n".

@@ -3,6 +3,7 @@
 // process, stopped when the test ends.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -19,9 +20,11 @@ struct HttpAnswer {
 };
 
 // One request to 127.0.0.1:port: a GET, or a form POST when body is given. extraHeaders are
-// whole header lines, each ending in "\r\n".
+// whole header lines, each ending in "\r\n". Status 0 when the server did not answer in full
+// within the limit on the whole exchange.
 HttpAnswer httpRequest(int port, const std::string &target, const std::string *body = nullptr,
-                       const std::string &extraHeaders = "");
+                       const std::string &extraHeaders = "",
+                       std::chrono::milliseconds limit = std::chrono::seconds(60));
 // The same request, repeated every 50 ms for up to 5 s until the server answers.
 HttpAnswer httpRequestOnceUp(int port, const std::string &target, const std::string &extraHeaders = "");
 
