@@ -6,6 +6,7 @@ BUILD_ASAN ?= build-asan
 BUILD_RELEASE ?= build-release
 BUILD_BENCH ?= build-bench
 BUILD_FUZZ ?= build-fuzz
+BUILD_ARMHF ?= build-armhf
 DEMO_PORT ?= 8080
 # The demo rack: qam, cofdm, isdbt or cofdmqamb (the pages show the master's family).
 DEMO_RACK ?= qam
@@ -27,7 +28,7 @@ PACKAGES := $(DEMO_PACKAGES) libxml2-utils libgtest-dev busybox chromium nodejs 
 BROWSER_TESTS := tests/browser
 
 .PHONY: all deps deps-demo install-packages build build-asan test test-plain test-asan golden \
-        test-ratio demo install bench stress fuzz clean
+        test-ratio demo install bench stress fuzz cross-armhf test-armhf clean
 
 all: build
 
@@ -130,6 +131,35 @@ fuzz:
 	cmake --build $(BUILD_FUZZ) -j$(JOBS) --target fuzz
 	fuzz/run.sh $(BUILD_FUZZ) $(FUZZ_SECONDS)
 
+# The program for the rack's master, a 32-bit ARM (armhf) Linux machine: Debian's cross
+# compiler, and Debian's armhf libxml2, ICU, zlib and xz unpacked into $(BUILD_ARMHF)/sysroot
+# (cmake/sysroot-armhf.sh; nothing armhf is installed on this machine). Linked as make install
+# links it (STATIC=ON: only the C library shared); STATIC=OFF needs the shared libraries on the
+# master. Leaves $(BUILD_ARMHF)/cambioIP.cgi; make install BUILD_RELEASE=$(BUILD_ARMHF) lays out
+# the master's files from it.
+ARMHF_PACKAGES := libxml2-dev libicu-dev zlib1g-dev liblzma-dev libxml2 libicu72 zlib1g liblzma5
+cross-armhf:
+	@$(MAKE) --no-print-directory install-packages PACKAGES="make cmake pkg-config file g++-arm-linux-gnueabihf qemu-user"
+	cmake/sysroot-armhf.sh $(CURDIR)/$(BUILD_ARMHF)/sysroot $(ARMHF_PACKAGES)
+	cmake -S . -B $(BUILD_ARMHF) -DCMAKE_TOOLCHAIN_FILE=$(CURDIR)/cmake/armhf.cmake \
+	  -DCAMBIOIP_ARMHF_SYSROOT=$(CURDIR)/$(BUILD_ARMHF)/sysroot -DCMAKE_BUILD_TYPE=Release \
+	  -DBUILD_TESTING=OFF -DCAMBIOIP_STATIC=$(STATIC)
+	cmake --build $(BUILD_ARMHF) -j$(JOBS) --target cambioIP.cgi
+	file $(BUILD_ARMHF)/cambioIP.cgi
+
+# The golden cases with the armhf program under qemu-arm, run by the golden runner of the
+# plain build: every answer and file must be the same bytes as on this machine. The guest's
+# C library is the cross compiler's; with STATIC=OFF its loader also needs the sysroot's
+# libxml2, ICU, zlib and xz, passed to the guest alone (-E), not through the runner.
+ARMHF_LIBS := $(CURDIR)/$(BUILD_ARMHF)/sysroot/usr/lib/arm-linux-gnueabihf:$(CURDIR)/$(BUILD_ARMHF)/sysroot/lib/arm-linux-gnueabihf
+ARMHF_LAUNCHER ?= qemu-arm -L /usr/arm-linux-gnueabihf$(if $(filter OFF,$(STATIC)), -E LD_LIBRARY_PATH=$(ARMHF_LIBS))
+test-armhf: cross-armhf
+	@$(MAKE) --no-print-directory install-packages PACKAGES="$(DEMO_PACKAGES) libgtest-dev"
+	cmake -S . -B $(BUILD) -DBUILD_TESTING=ON
+	cmake --build $(BUILD) -j$(JOBS) --target golden_test
+	CAMBIOIP_TEST_PROGRAM=$(CURDIR)/$(BUILD_ARMHF)/cambioIP.cgi CAMBIOIP_TEST_LAUNCHER="$(ARMHF_LAUNCHER)" \
+	  CAMBIOIP_LOAD_PAUSE_MS=0 $(BUILD)/tests/golden/golden_test --gtest_brief=1
+
 # The long reliability runs (not part of make test, which runs the same fault tests at a small
 # scale): killed saves, failed writes, concurrent saves and hostile documents at full count, in
 # the plain and the sanitized build, then the load run through the demo's server. Each prints
@@ -145,4 +175,4 @@ stress: deps
 	@sed -n '/^load run:/,/^server diagnostics/p' $(BUILD)/Testing/Temporary/LastTest.log
 
 clean:
-	rm -rf $(BUILD) $(BUILD_ASAN) $(BUILD_RELEASE) $(BUILD_BENCH) $(BUILD_FUZZ)
+	rm -rf $(BUILD) $(BUILD_ASAN) $(BUILD_RELEASE) $(BUILD_BENCH) $(BUILD_FUZZ) $(BUILD_ARMHF)

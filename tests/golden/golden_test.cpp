@@ -27,13 +27,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
+#include <iostream>
 #include <map>
 #include <regex>
 #include <set>
 #include <sstream>
 #include <string_view>
+#include <unistd.h>
 
 using namespace cambioip_test;
 
@@ -317,5 +321,22 @@ int main(int argc, char **argv)
         if (!std::string_view(argv[i]).starts_with("--gtest"))
             chosenCases.push_back(fs::absolute(argv[i]));
     ::testing::InitGoogleTest(&argc, argv);
+    // Which build answered the cases is part of the result (CAMBIOIP_TEST_PROGRAM and
+    // CAMBIOIP_TEST_LAUNCHER choose another one). No case, or a program that is not there,
+    // fails the run before any expected file could be compared or rewritten.
+    std::string command;
+    for (const std::string &word : testLauncher())
+        command += word + " ";
+    const std::string program = testProgram();
+    command += program;
+    std::cout << "golden: " << allCases().size() << " cases, program: " << command << std::endl;
+    if (allCases().empty()) {
+        std::cerr << "golden: no case in " << kCases.string() << std::endl;
+        return 1;
+    }
+    if (access(program.c_str(), X_OK) != 0) {
+        std::cerr << "golden: cannot run " << program << ": " << std::strerror(errno) << std::endl;
+        return 1;
+    }
     return RUN_ALL_TESTS();
 }
