@@ -12,12 +12,8 @@ using namespace cambioip_test;
 
 namespace {
 
-CgiRequest post(const std::string &body)
-{
-    // A pause after each load widens the window in which an unguarded save loses the other.
-    return {{{"REQUEST_METHOD", "POST"}, {"CONTENT_LENGTH", std::to_string(body.size())}, {"CAMBIOIP_LOAD_PAUSE_MS", "20"}},
-            body, ""};
-}
+// A pause after each load widens the window in which an unguarded save loses the other.
+CgiRequest post(const std::string &body) { return postRequest(body, 20); }
 
 TEST(ConcurrentSaves, BothChangesOfOneUnitSurvive)
 {

@@ -97,13 +97,12 @@ TEST(ConcurrentSaves, EverySavedChangeStaysAndEveryLineIsWhole)
     for (int round = 0; round < rounds; ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         const std::vector<RoundSave> saves = roundSaves(round);
-        const std::string queueBefore =
-            root.exists("config/fileschanged.list") ? root.read("config/fileschanged.list") : "";
+        const std::string queueBefore = root.read("config/fileschanged.list");
 
         std::vector<std::unique_ptr<CgiProcess>> running;
         for (const RoundSave &save : saves)
-            running.push_back(std::make_unique<CgiProcess>(root, post(save.body, kPauseMs)));
-        CgiProcess reader(root, get("command=13"));
+            running.push_back(std::make_unique<CgiProcess>(root, postRequest(save.body, kPauseMs)));
+        CgiProcess reader(root, getRequest("command=13"));
         for (size_t i = 0; i < saves.size(); ++i) {
             ASSERT_TRUE(running[i]->wait(kRunLimit)) << saves[i].body;
             const CgiResult result = running[i]->result();

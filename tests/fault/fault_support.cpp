@@ -2,59 +2,22 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
-#include <grp.h>
 #include <iostream>
-#include <map>
 #include <random>
-#include <poll.h>
 #include <sched.h>
-#include <sys/syscall.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace cambioip_fault {
 
+using cambioip_test::Descriptor;
+
 namespace {
-
-// The user the unprivileged runs take (nobody on Debian).
-constexpr uid_t kNobody = 65534;
-
-struct Descriptor {
-    int fd = -1;
-    explicit Descriptor(int d) : fd(d) {}
-    ~Descriptor()
-    {
-        if (fd >= 0)
-            ::close(fd);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-};
-
-fs::path makeScratch()
-{
-    std::string pattern = (fs::temp_directory_path() / "cambioip-fault-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error(std::string("mkdtemp: ") + std::strerror(errno));
-    return pattern;
-}
-
-std::string program()
-{
-    const char *other = std::getenv("CAMBIOIP_TEST_PROGRAM");
-    return other != nullptr && *other != '\0' ? other : CAMBIOIP_CGI;
-}
 
 bool writeAll(const fs::path &file, const std::string &text)
 {
@@ -82,189 +45,6 @@ uint64_t seed()
     // 62 bits, so that the figures line prints it as it is.
     return ((static_cast<uint64_t>(fuente()) << 32) ^ fuente()) & ((uint64_t{1} << 62) - 1);
 }
-
-bool sanitized()
-{
-#if defined(__SANITIZE_ADDRESS__)
-    return true;
-#else
-    return false;
-#endif
-}
-
-CgiProcess::CgiProcess(const TempRoot &root, const CgiRequest &request, const Limits &limits)
-    : scratch_(makeScratch())
-{
-    const fs::path inPath = scratch_ / "stdin", outPath = scratch_ / "stdout", errPath = scratch_ / "stderr";
-    const fs::path work = request.workingDir.empty() ? scratch_ / "cwd" : fs::path(request.workingDir);
-    if (!writeAll(inPath, request.stdinData)) {
-        ADD_FAILURE() << "cannot write the request body to " << inPath;
-        return;
-    }
-    fs::create_directories(work);
-
-    std::map<std::string, std::string> env = request.env;
-    env.try_emplace("CAMBIOIP_ROOT", root.path().string());
-    env.try_emplace("CAMBIOIP_LOAD_PAUSE_MS", "0");
-    std::string asan = std::getenv("ASAN_OPTIONS") != nullptr ? std::getenv("ASAN_OPTIONS") : "";
-    if (sanitized() && limits.memoryBytes > 0)
-        asan += (asan.empty() ? "" : ":") + std::string("hard_rss_limit_mb=") +
-                std::to_string(limits.memoryBytes >> 20);
-    if (!asan.empty())
-        env.try_emplace("ASAN_OPTIONS", asan);
-    std::vector<std::string> envText;
-    for (const auto &[name, value] : env)
-        envText.push_back(name + "=" + value);
-    std::vector<char *> envp;
-    for (auto &text : envText)
-        envp.push_back(text.data());
-    envp.push_back(nullptr);
-    std::string path = program();
-    char *argv[] = {path.data(), nullptr};
-
-    if (limits.unprivileged) {
-        // The run must reach its working folder; nothing lets it write there.
-        fs::permissions(scratch_, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
-                                      fs::perms::others_read | fs::perms::others_exec);
-        fs::permissions(work, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
-                                  fs::perms::others_read | fs::perms::others_exec);
-    }
-
-    Descriptor in(::open(inPath.c_str(), O_RDONLY | O_CLOEXEC));
-    Descriptor out(::open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
-    Descriptor err(::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
-    if (in.fd < 0 || out.fd < 0 || err.fd < 0) {
-        ADD_FAILURE() << "cannot open the run's standard streams in " << scratch_;
-        return;
-    }
-    const rlimit fileSize{static_cast<rlim_t>(request.fileSizeLimit), static_cast<rlim_t>(request.fileSizeLimit)};
-    const rlimit memory{static_cast<rlim_t>(limits.memoryBytes), static_cast<rlim_t>(limits.memoryBytes)};
-    const rlimit cpu{static_cast<rlim_t>(limits.cpuSeconds), static_cast<rlim_t>(limits.cpuSeconds) + 1};
-    const bool limitMemory = limits.memoryBytes > 0 && !sanitized();
-
-    pid_ = ::fork();
-    if (pid_ == 0) {
-        // Only async-signal-safe calls between fork and exec.
-        if (::dup2(in.fd, 0) < 0 || ::dup2(out.fd, 1) < 0 || ::dup2(err.fd, 2) < 0 || ::chdir(work.c_str()) != 0)
-            ::_exit(125);
-        if ((request.fileSizeLimit >= 0 && ::setrlimit(RLIMIT_FSIZE, &fileSize) != 0) ||
-            (limitMemory && ::setrlimit(RLIMIT_AS, &memory) != 0) ||
-            (limits.cpuSeconds > 0 && ::setrlimit(RLIMIT_CPU, &cpu) != 0))
-            ::_exit(125);
-        if (limits.unprivileged &&
-            (::setgroups(0, nullptr) != 0 || ::setgid(kNobody) != 0 || ::setuid(kNobody) != 0))
-            ::_exit(126);
-        ::execve(path.c_str(), argv, envp.data());
-        ::_exit(127);
-    }
-    if (pid_ < 0) {
-        ADD_FAILURE() << "fork: " << std::strerror(errno);
-        return;
-    }
-    // A descriptor that becomes readable when the run ends wakes the waiter at once.
-    pidfd_ = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
-}
-
-CgiProcess::~CgiProcess()
-{
-    if (pid_ > 0)
-        kill();
-    if (pidfd_ >= 0)
-        ::close(pidfd_);
-    std::error_code ignored;
-    fs::remove_all(scratch_, ignored);
-}
-
-void CgiProcess::reap(int status)
-{
-    status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    pid_ = 0;
-}
-
-bool CgiProcess::ended()
-{
-    if (pid_ <= 0)
-        return true;
-    int status = 0;
-    const pid_t done = ::waitpid(pid_, &status, WNOHANG);
-    if (done == pid_) {
-        reap(status);
-        return true;
-    }
-    return false;
-}
-
-bool CgiProcess::wait(std::chrono::milliseconds limit)
-{
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    auto nap = std::chrono::microseconds(200);
-    while (!ended()) {
-        if (std::chrono::steady_clock::now() >= deadline) {
-            timedOut_ = true;
-            kill();
-            return false;
-        }
-        if (pidfd_ >= 0) {
-            const auto left =
-                std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-            pollfd wake{pidfd_, POLLIN, 0};
-            ::poll(&wake, 1, static_cast<int>(std::clamp<long long>(left.count() + 1, 1, 1000)));
-            continue;
-        }
-        std::this_thread::sleep_for(nap);
-        nap = std::min<std::chrono::microseconds>(nap * 2, std::chrono::milliseconds(20));
-    }
-    return true;
-}
-
-bool CgiProcess::kill()
-{
-    if (pid_ <= 0)
-        return status_ != 128 + SIGKILL;
-    // A run that ended but is not reaped yet keeps its pid, so the signal cannot reach
-    // another process; its status says whether it ended before the signal.
-    ::kill(pid_, SIGKILL);
-    int status = 0;
-    while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
-    }
-    reap(status);
-    return status_ != 128 + SIGKILL;
-}
-
-CgiResult CgiProcess::result() const
-{
-    CgiResult result;
-    result.status = status_;
-    result.out = cambioip_test::readFile(scratch_ / "stdout");
-    result.err = cambioip_test::readFile(scratch_ / "stderr");
-    // Nothing may be written to the working folder: every file goes under the root.
-    std::error_code ignored;
-    if (fs::exists(scratch_ / "cwd"))
-        for (const auto &entry : fs::directory_iterator(scratch_ / "cwd", ignored))
-            ADD_FAILURE() << "file written outside the root: " << entry.path();
-    return result;
-}
-
-CgiResult runBounded(const TempRoot &root, const CgiRequest &request, std::chrono::milliseconds limit,
-                     const Limits &limits, bool *timedOut)
-{
-    CgiProcess run(root, request, limits);
-    run.wait(limit);
-    if (timedOut != nullptr)
-        *timedOut = run.timedOut();
-    return run.result();
-}
-
-CgiRequest post(const std::string &body, int pauseMs)
-{
-    return {{{"REQUEST_METHOD", "POST"},
-             {"CONTENT_LENGTH", std::to_string(body.size())},
-             {"CAMBIOIP_LOAD_PAUSE_MS", std::to_string(pauseMs)}},
-            body,
-            ""};
-}
-
-CgiRequest get(const std::string &query) { return {{{"REQUEST_METHOD", "GET"}, {"QUERY_STRING", query}}, "", ""}; }
 
 std::vector<std::string> temporaries(const TempRoot &root)
 {

@@ -1,23 +1,25 @@
-// Fault-injection support: runs of cambioIP.cgi started in the background (so that a test
-// can kill one at a chosen moment, bound its time, memory and CPU, or start it as another
-// user), the scale of a run, the figures line every fault test prints, and private mounts
-// that give the configuration folder a full or read-only file system.
+// Fault-injection support: the scale of a run, the figures line every fault test prints, the
+// saves of the QAM test rack's pages that several fault tests post, and private mounts that
+// give the configuration folder a full or read-only file system. The runs themselves
+// (killed, bounded in time, memory and CPU, or started as another user) are
+// cambioip_test::CgiProcess and runCgi.
 #pragma once
 
 #include "support/cgi_runner.h"
 
-#include <chrono>
 #include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include <sys/types.h>
-
 namespace cambioip_fault {
 
+using cambioip_test::CgiProcess;
 using cambioip_test::CgiRequest;
 using cambioip_test::CgiResult;
+using cambioip_test::getRequest;
+using cambioip_test::postRequest;
+using cambioip_test::runCgi;
 using cambioip_test::TempRoot;
 namespace fs = std::filesystem;
 
@@ -29,56 +31,22 @@ int scaled(int normal, int stress);
 // fresh one. It is printed with the figures.
 uint64_t seed();
 
-// Whether this build runs under AddressSanitizer (the program then cannot take an
-// address-space limit; its memory is bounded by the sanitizer's own RSS limit instead).
-bool sanitized();
-
-// Bounds and identity a run is started with, besides the request's file-size limit.
-struct Limits {
-    long memoryBytes = -1;     // RLIMIT_AS, or the sanitizer's RSS limit under ASan
-    long cpuSeconds = -1;      // RLIMIT_CPU
-    bool unprivileged = false; // started as the user nobody (only when the test runs as root)
-};
-
-// A run of the program (CAMBIOIP_TEST_PROGRAM, else the build's cambioIP.cgi) with exactly
-// the request's variables plus CAMBIOIP_ROOT and CAMBIOIP_LOAD_PAUSE_MS=0 unless the
-// request sets them, standard input from the request, output to files. A run still going
-// when the object goes away is killed and reaped.
-class CgiProcess {
-  public:
-    CgiProcess(const TempRoot &root, const CgiRequest &request, const Limits &limits = {});
-    ~CgiProcess();
-    CgiProcess(const CgiProcess &) = delete;
-    CgiProcess &operator=(const CgiProcess &) = delete;
-
-    bool started() const { return pid_ > 0; }
-    // Whether the run has ended (reaping it when it has).
-    bool ended();
-    // Waits up to `limit` for the end. A run that has not ended by then is killed, counted
-    // as timed out, and false is returned.
-    bool wait(std::chrono::milliseconds limit);
-    // Kills the run now (SIGKILL) and reaps it; true when it had already ended by itself.
-    bool kill();
-    bool timedOut() const { return timedOut_; }
-    // Output, diagnostics and exit status (128 + signal when killed); valid once ended.
-    CgiResult result() const;
-
-  private:
-    void reap(int status);
-
-    fs::path scratch_;
-    pid_t pid_ = -1;
-    int pidfd_ = -1;
-    int status_ = -1;
-    bool timedOut_ = false;
-};
-
-// One bounded run: started, waited for up to `limit`, killed when it overruns.
-CgiResult runBounded(const TempRoot &root, const CgiRequest &request, std::chrono::milliseconds limit,
-                     const Limits &limits = {}, bool *timedOut = nullptr);
-
-CgiRequest post(const std::string &body, int pauseMs = 0);
-CgiRequest get(const std::string &query);
+// Saves of the QAM test rack's pages as the browser posts them.
+inline constexpr const char *kInputsSave21 =
+    "command=11&sufijo=.010.000.000.021&numcanales=2&eon=1_1_2_0&vidinp=1_0_2_1&vidcod=1_1_2_5&audcod=1_0_2_1"
+    "&audinp=1_2_2_1&audlev=1_9_2_10&ccon=1_0_2_1&vidbit=1_7.5_2_12&audbit=1_4_2_6&asprat=1_0_2_2&gop=1_3_2_7"
+    "&maxoutres=1_4_2_0&ffencod=1_0_2_1";
+inline constexpr const char *kTransportSave22 =
+    "command=20&sufijo=.010.000.000.022&numcanales=4&tsid=2000&cnam=1_NORTH_2_SOUTH&svpid=1_481_2_497"
+    "&sapid=1_482_2_498&mchn=1_12_2_13&chnm=1_1_2_2&autochan=1_0_2_2&svcid=1_601_2_602&haysalidaip=0&ntotserv=4";
+inline constexpr const char *kOutputSave22 =
+    "command=21&sufijo=.010.000.000.022&numcanales=4&outtab=4&outchn=573.25&outbau=6.9&outout=4&outint=8"
+    "&outmod=6&outlev=42&outrfl=1";
+inline constexpr const char *kMasterTestSave = "command=22&sufijo=&numcanales=2&teas=0&treset=0&tfab=1&tled=0";
+inline constexpr const char *kIpSave31 =
+    "command=28&sufijo=.010.000.000.031&numcanales=2&nentip=2&iptxrx=2&iptype=0&haysalidaip=1&ipen=1_1_2_0"
+    "&outputIP=1_239.9.9.9_2_239.9.9.10&outputport=1_7001_2_7002&ippackets=1_7_2_4&scanstd=1_0_2_0"
+    "&ipproto=1_0_2_1&ipfecen=1_0_2_0&ipfecannex=1_0_2_0";
 
 // Files of the configuration folder whose names begin with '.': the temporaries that
 // saves write before renaming them over a document.

@@ -9,13 +9,11 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <functional>
 #include <map>
 #include <random>
 #include <regex>
 #include <sstream>
-#include <unistd.h>
 
 using namespace cambioip_fault;
 
@@ -24,29 +22,14 @@ namespace {
 // A file outside the root holding a marker that no answer may ever show.
 class Secret {
   public:
-    Secret()
-    {
-        std::string pattern = (fs::temp_directory_path() / "cambioip-secret-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("mkdtemp failed");
-        folder_ = pattern;
-        std::mt19937_64 random(std::random_device{}());
-        marker_ = "SECRET-" + std::to_string(random());
-        std::ofstream(folder_ / "secret.txt") << marker_ << "\n";
-    }
-    ~Secret()
-    {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-    Secret(const Secret &) = delete;
-    Secret &operator=(const Secret &) = delete;
-    std::string url() const { return "file://" + (folder_ / "secret.txt").string(); }
+    Secret() { folder_.write("secret.txt", marker_ + "\n"); }
+    fs::path path() const { return folder_.path() / "secret.txt"; }
+    std::string url() const { return "file://" + path().string(); }
     const std::string &marker() const { return marker_; }
 
   private:
-    fs::path folder_;
-    std::string marker_;
+    TempRoot folder_;
+    std::string marker_ = "SECRET-" + std::to_string(std::mt19937_64(std::random_device{}())());
 };
 
 // The document's text with an internal DTD subset after its XML declaration.
@@ -159,7 +142,6 @@ const RackUnit kRacks[] = {{"cofdm", "010.000.000.104"}, {"qam", "010.000.000.10
 const int kPages[] = {1, 2, 3, 10, 12, 13, 14, 15, 16, 17};
 
 constexpr auto kRunLimit = std::chrono::seconds(120);
-const Limits kBounds{512L << 20, 30, false};
 
 // "10.0.0.104" from "010.000.000.104".
 std::string dotted(const std::string &unit)
@@ -204,28 +186,21 @@ std::string comparable(const std::string &page, const std::string &leftOutRow)
     return std::regex_replace(kept, std::regex("Units \\(\\d+\\)"), "Units (#)");
 }
 
-size_t count(const std::string &text, const std::string &what)
-{
-    size_t found = 0;
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + what.size()))
-        ++found;
-    return found;
-}
-
 struct Figures {
     long long runs = 0, pages = 0, unreadableShown = 0, leaks = 0, hangs = 0, crashes = 0, documents = 0, changed = 0;
 };
 
-// One bounded run whose answer must be whole: the header, the page wrapper, status 0, no
-// sign of the secret.
-CgiResult checkedRun(const TempRoot &root, const CgiRequest &request, const Secret &secret, Figures &figures)
+// One run bounded in time, memory and CPU whose answer must be whole: the header, the page
+// wrapper, status 0, no sign of the secret.
+CgiResult checkedRun(const TempRoot &root, CgiRequest request, const Secret &secret, Figures &figures)
 {
-    bool timedOut = false;
-    CgiResult result = runBounded(root, request, kRunLimit, kBounds, &timedOut);
+    request.memoryLimit = 512L << 20;
+    request.cpuSeconds = 30;
+    CgiResult result = runCgi(root, request, kRunLimit);
     ++figures.runs;
-    figures.hangs += timedOut ? 1 : 0;
+    figures.hangs += result.timedOut ? 1 : 0;
     figures.crashes += result.status != 0 ? 1 : 0;
-    EXPECT_FALSE(timedOut) << "no answer in time";
+    EXPECT_FALSE(result.timedOut) << "no answer in time";
     EXPECT_EQ(result.status, 0) << result.err.substr(0, 4000);
     EXPECT_TRUE(result.out.starts_with(cambioip_test::kHeader + "<html><head></head><body>\n"))
         << result.out.substr(0, 400);
@@ -246,7 +221,7 @@ TEST_P(HostileDocuments, EveryPageAnswersWholeAndTheOtherUnitsAsBefore)
 {
     const Hostile &hostile = GetParam();
     const Secret secret;
-    ASSERT_EQ(cambioip_test::readFile(secret.url().substr(std::string("file://").size())), secret.marker() + "\n");
+    ASSERT_EQ(cambioip_test::readFile(secret.path()), secret.marker() + "\n");
     Figures figures;
     const int racks = scaled(1, static_cast<int>(std::size(kRacks)));
 
@@ -268,18 +243,18 @@ TEST_P(HostileDocuments, EveryPageAnswersWholeAndTheOtherUnitsAsBefore)
         for (int page : kPages) {
             const std::string query = "command=" + std::to_string(page);
             if (hostile.readable) {
-                expected[query] = checkedRun(reference, get(query), secret, figures).out;
+                expected[query] = checkedRun(reference, getRequest(query), secret, figures).out;
             } else {
                 TempRoot without;
                 without.copyRack(target.rack);
                 fs::remove(without.path() / network);
                 fs::remove(without.path() / status);
-                expected[query] = checkedRun(without, get(query), secret, figures).out;
+                expected[query] = checkedRun(without, getRequest(query), secret, figures).out;
             }
         }
         if (hostile.readable) {
-            expected[advanced] = checkedRun(reference, get(advanced), secret, figures).out;
-            expected[services] = checkedRun(reference, get(services), secret, figures).out;
+            expected[advanced] = checkedRun(reference, getRequest(advanced), secret, figures).out;
+            expected[services] = checkedRun(reference, getRequest(services), secret, figures).out;
         }
 
         TempRoot root;
@@ -296,20 +271,21 @@ TEST_P(HostileDocuments, EveryPageAnswersWholeAndTheOtherUnitsAsBefore)
         for (int page : kPages) {
             const std::string query = "command=" + std::to_string(page);
             SCOPED_TRACE(query);
-            const CgiResult result = checkedRun(root, get(query), secret, figures);
+            const CgiResult result = checkedRun(root, getRequest(query), secret, figures);
             ++figures.pages;
             if (hostile.readable) {
                 EXPECT_EQ(comparable(result.out, ""), comparable(expected[query], ""));
             } else {
-                EXPECT_EQ(count(result.out, unreadableRow), 1u) << result.out;
-                figures.unreadableShown += count(result.out, unreadableRow) == 1 ? 1 : 0;
+                const size_t shown = cambioip_test::occurrences(result.out, unreadableRow);
+                EXPECT_EQ(shown, 1u) << result.out;
+                figures.unreadableShown += shown == 1 ? 1 : 0;
                 EXPECT_EQ(comparable(result.out, unreadableRow), comparable(expected[query], ""));
             }
         }
         // The unit's own pages answer whole; a readable document shows as before.
         for (const std::string &query : {advanced, services}) {
             SCOPED_TRACE(query);
-            const CgiResult result = checkedRun(root, get(query), secret, figures);
+            const CgiResult result = checkedRun(root, getRequest(query), secret, figures);
             ++figures.pages;
             if (hostile.readable) {
                 EXPECT_EQ(comparable(result.out, ""), comparable(expected[query], ""));
@@ -320,8 +296,8 @@ TEST_P(HostileDocuments, EveryPageAnswersWholeAndTheOtherUnitsAsBefore)
         // one is left byte for byte and the unit is not queued.
         const std::string save = "command=4&sufijo=." + std::string(target.unit) + "&networkipdir=" + dotted(target.unit) +
                                  "&networkmask=255.255.255.0&gateway=10.0.0.1&dhcp=0&orden=7";
-        const CgiResult saved = checkedRun(root, post(save), secret, figures);
-        const std::string queue = root.exists("config/fileschanged.list") ? root.read("config/fileschanged.list") : "";
+        const CgiResult saved = checkedRun(root, postRequest(save), secret, figures);
+        const std::string queue = root.read("config/fileschanged.list");
         const std::string networkAfter = root.read(network);
         figures.documents += 2;
         if (hostile.readable) {

@@ -15,7 +15,6 @@
 #include <random>
 #include <sys/inotify.h>
 #include <thread>
-#include <unistd.h>
 
 using namespace cambioip_fault;
 using cambioip_test::xmlWellFormed;
@@ -33,6 +32,7 @@ struct KilledSave {
     const char *answer;    // text an uninterrupted save answers
     std::string body;
     size_t padding = 0;    // bytes of comment added to the document, to make its write long
+    std::string path() const { return std::string("config/") + document; }
 };
 
 const KilledSave kSaves[] = {
@@ -46,26 +46,14 @@ const KilledSave kSaves[] = {
      "&dhcp=0&orden=12",
      900000},
     {"inputs", "network.010.000.000.021.xml", Queue::unitLine, "network.010.000.000.021\n",
-     "Unit with ip 10.0.0.21 added to the queue",
-     "command=11&sufijo=.010.000.000.021&numcanales=2&eon=1_1_2_0&vidinp=1_0_2_1&vidcod=1_1_2_5&audcod=1_0_2_1"
-     "&audinp=1_2_2_1&audlev=1_9_2_10&ccon=1_0_2_1&vidbit=1_7.5_2_12&audbit=1_4_2_6&asprat=1_0_2_2&gop=1_3_2_7"
-     "&maxoutres=1_4_2_0&ffencod=1_0_2_1"},
+     "Unit with ip 10.0.0.21 added to the queue", kInputsSave21},
     {"transport", "network.010.000.000.022.xml", Queue::unitLine, "network.010.000.000.022\n",
-     "Unit with ip 10.0.0.22 added to the queue",
-     "command=20&sufijo=.010.000.000.022&numcanales=4&tsid=2000&cnam=1_NORTH_2_SOUTH&svpid=1_481_2_497"
-     "&sapid=1_482_2_498&mchn=1_12_2_13&chnm=1_1_2_2&autochan=1_0_2_2&svcid=1_601_2_602&haysalidaip=0&ntotserv=4"},
+     "Unit with ip 10.0.0.22 added to the queue", kTransportSave22},
     {"output", "network.010.000.000.022.xml", Queue::unitLine, "network.010.000.000.022\n",
-     "Unit with ip 10.0.0.22 added to the queue",
-     "command=21&sufijo=.010.000.000.022&numcanales=4&outtab=4&outchn=573.25&outbau=6.9&outout=4&outint=8"
-     "&outmod=6&outlev=42&outrfl=1"},
-    {"test options of the master", "network.xml", Queue::commandFile, "",
-     "Changes saved for ip",
-     "command=22&sufijo=&numcanales=2&teas=0&treset=0&tfab=1&tled=0"},
+     "Unit with ip 10.0.0.22 added to the queue", kOutputSave22},
+    {"test options of the master", "network.xml", Queue::commandFile, "", "Changes saved for ip", kMasterTestSave},
     {"IP input", "network.010.000.000.031.xml", Queue::unitLine, "network.010.000.000.031\n",
-     "Unit with ip 10.0.0.31 added to the queue",
-     "command=28&sufijo=.010.000.000.031&numcanales=2&nentip=2&iptxrx=2&iptype=0&haysalidaip=1&ipen=1_1_2_0"
-     "&outputIP=1_239.9.9.9_2_239.9.9.10&outputport=1_7001_2_7002&ippackets=1_7_2_4&scanstd=1_0_2_0"
-     "&ipproto=1_0_2_1&ipfecen=1_0_2_0&ipfecannex=1_0_2_0"},
+     "Unit with ip 10.0.0.31 added to the queue", kIpSave31},
     {"advanced store", "network.010.000.000.022.xml", Queue::unitLine, "network.010.000.000.022\n",
      "Config Sent (IP: 10.0.0.22, model 710103  - Enc 4 CVBS)<br>\nUnit with ip 10.0.0.22 added to the queue",
      "command=25&sufijo=010.000.000.022&cfgtotenviar=1&networkipdir=10.0.0.22&networkmask=255.255.255.0"
@@ -84,13 +72,13 @@ constexpr auto kRunLimit = std::chrono::seconds(60);
 // What the daemon's files say about the unit: the queue's text, or the command file's.
 std::string queued(const TempRoot &root, Queue queue)
 {
+    const std::string list = root.read("config/fileschanged.list"), command = root.read("config/command.msg");
     switch (queue) {
-    case Queue::unitLine: return root.exists("config/fileschanged.list") ? root.read("config/fileschanged.list") : "";
-    case Queue::commandFile: return root.exists("config/command.msg") ? root.read("config/command.msg") : "";
+    case Queue::unitLine: return list;
+    case Queue::commandFile: return command;
     case Queue::none: break;
     }
-    return (root.exists("config/fileschanged.list") ? root.read("config/fileschanged.list") : "") +
-           (root.exists("config/command.msg") ? root.read("config/command.msg") : "");
+    return list + command;
 }
 
 std::string queuedAfterSave(const KilledSave &save)
@@ -108,12 +96,11 @@ void prepare(const TempRoot &root, const KilledSave &save)
 {
     root.copyRack("qam");
     if (save.padding > 0) {
-        const std::string document = std::string("config/") + save.document;
-        std::string text = root.read(document);
+        std::string text = root.read(save.path());
         const size_t at = text.find("<IDVERS>");
         ASSERT_NE(at, std::string::npos);
         text.insert(at, "<!-- " + std::string(save.padding, '.') + " -->\n  ");
-        root.write(document, text);
+        root.write(save.path(), text);
     }
 }
 
@@ -121,26 +108,17 @@ void prepare(const TempRoot &root, const KilledSave &save)
 // created, written or renamed into place.
 class FolderWatch {
   public:
-    explicit FolderWatch(const fs::path &folder) : fd_(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK))
+    explicit FolderWatch(const fs::path &folder)
+        : valid_(inotify_.fd >= 0 &&
+                 ::inotify_add_watch(inotify_.fd, folder.c_str(), IN_CREATE | IN_MODIFY | IN_MOVED_TO) >= 0)
     {
-        if (fd_ >= 0 && ::inotify_add_watch(fd_, folder.c_str(), IN_CREATE | IN_MODIFY | IN_MOVED_TO) < 0) {
-            ::close(fd_);
-            fd_ = -1;
-        }
     }
-    ~FolderWatch()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    FolderWatch(const FolderWatch &) = delete;
-    FolderWatch &operator=(const FolderWatch &) = delete;
-    bool valid() const { return fd_ >= 0; }
+    bool valid() const { return valid_; }
     // Waits until the first change or the deadline, or until the run ends; true on a change.
     bool waitChange(CgiProcess &run, std::chrono::steady_clock::time_point deadline)
     {
         while (std::chrono::steady_clock::now() < deadline) {
-            pollfd change{fd_, POLLIN, 0};
+            pollfd change{inotify_.fd, POLLIN, 0};
             if (::poll(&change, 1, 1) > 0)
                 return true;
             if (run.ended())
@@ -150,7 +128,8 @@ class FolderWatch {
     }
 
   private:
-    int fd_;
+    const cambioip_test::Descriptor inotify_{::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)};
+    const bool valid_;
 };
 
 struct Reference {
@@ -168,12 +147,11 @@ Reference reference(const KilledSave &save)
     for (int i = 0; i < 3; ++i) {
         TempRoot root;
         prepare(root, save);
-        const std::string document = std::string("config/") + save.document;
-        made.before = root.read(document);
+        made.before = root.read(save.path());
         FolderWatch watch(root.config());
         EXPECT_TRUE(watch.valid()) << "no inotify";
         const auto start = std::chrono::steady_clock::now();
-        CgiProcess run(root, post(save.body));
+        CgiProcess run(root, postRequest(save.body));
         const bool changed = watch.waitChange(run, start + kRunLimit);
         const auto firstChange = std::chrono::steady_clock::now();
         EXPECT_TRUE(run.wait(kRunLimit)) << save.name << ": reference save did not end";
@@ -185,7 +163,7 @@ Reference reference(const KilledSave &save)
         EXPECT_EQ(result.status, 0) << save.name;
         EXPECT_NE(result.out.find(save.answer), std::string::npos) << save.name << ": " << result.out;
         EXPECT_EQ(queued(root, save.queue), queuedAfterSave(save)) << save.name;
-        const std::string after = root.read(document);
+        const std::string after = root.read(save.path());
         EXPECT_TRUE(i == 0 || after == made.after) << save.name << ": the same save gave another document";
         made.after = after;
     }
@@ -216,7 +194,7 @@ TEST(KilledSaves, DocumentIsOldOrNewAndQueuedOnlyWhenNew)
         std::uniform_int_distribution<long long> anywhere(0, ref.duration.count() * 5 / 4);
         std::uniform_real_distribution<double> scale(0.0, std::log(static_cast<double>(ref.writing.count()) * 1.25 + 1.0));
         const auto inWrite = [&] { return static_cast<long long>(std::exp(scale(random))) - 1; };
-        const std::string document = std::string("config/") + save.document;
+        const std::string document = save.path();
 
         for (int kill = 0; kill < killsPerSave; ++kill) {
             const bool aimedAtWrite = kill % 2 == 1;
@@ -230,7 +208,7 @@ TEST(KilledSaves, DocumentIsOldOrNewAndQueuedOnlyWhenNew)
             bool finished = false;
             {
                 auto start = std::chrono::steady_clock::now();
-                CgiProcess run(root, post(save.body));
+                CgiProcess run(root, postRequest(save.body));
                 ASSERT_TRUE(run.started());
                 if (aimedAtWrite && watch.waitChange(run, start + kRunLimit)) {
                     start = std::chrono::steady_clock::now();
@@ -262,7 +240,7 @@ TEST(KilledSaves, DocumentIsOldOrNewAndQueuedOnlyWhenNew)
             leftTemporaries += static_cast<long long>(temporaries(root).size());
 
             // The next save of the unit clears what the killed one left and applies in full.
-            const CgiResult next = runBounded(root, post(save.body), kRunLimit);
+            const CgiResult next = runCgi(root, postRequest(save.body), kRunLimit);
             ++runs;
             ASSERT_EQ(next.status, 0);
             EXPECT_NE(next.out.find(save.answer), std::string::npos) << next.out;

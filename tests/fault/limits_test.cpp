@@ -43,21 +43,11 @@ const PageSave kSaves[] = {
     {"network.010.000.000.021.xml", "10.0.0.21",
      "command=4&sufijo=.010.000.000.021&networkipdir=10.0.0.121&networkmask=255.255.0.0&gateway=10.0.0.254&dhcp=0"
      "&orden=12"},
-    {"network.xml", "10.0.0.10", "command=22&sufijo=&numcanales=2&teas=0&treset=0&tfab=1&tled=0"},
-    {"network.010.000.000.021.xml", "10.0.0.21",
-     "command=11&sufijo=.010.000.000.021&numcanales=2&eon=1_1_2_0&vidinp=1_0_2_1&vidcod=1_1_2_5&audcod=1_0_2_1"
-     "&audinp=1_2_2_1&audlev=1_9_2_10&ccon=1_0_2_1&vidbit=1_7.5_2_12&audbit=1_4_2_6&asprat=1_0_2_2&gop=1_3_2_7"
-     "&maxoutres=1_4_2_0&ffencod=1_0_2_1"},
-    {"network.010.000.000.022.xml", "10.0.0.22",
-     "command=20&sufijo=.010.000.000.022&numcanales=4&tsid=2000&cnam=1_NORTH_2_SOUTH&svpid=1_481_2_497"
-     "&sapid=1_482_2_498&mchn=1_12_2_13&chnm=1_1_2_2&autochan=1_0_2_2&svcid=1_601_2_602&haysalidaip=0&ntotserv=4"},
-    {"network.010.000.000.022.xml", "10.0.0.22",
-     "command=21&sufijo=.010.000.000.022&numcanales=4&outtab=4&outchn=573.25&outbau=6.9&outout=4&outint=8"
-     "&outmod=6&outlev=42&outrfl=1"},
-    {"network.010.000.000.031.xml", "10.0.0.31",
-     "command=28&sufijo=.010.000.000.031&numcanales=2&nentip=2&iptxrx=2&iptype=0&haysalidaip=1&ipen=1_1_2_0"
-     "&outputIP=1_239.9.9.9_2_239.9.9.10&outputport=1_7001_2_7002&ippackets=1_7_2_4&scanstd=1_0_2_0"
-     "&ipproto=1_0_2_1&ipfecen=1_0_2_0&ipfecannex=1_0_2_0"},
+    {"network.xml", "10.0.0.10", kMasterTestSave},
+    {"network.010.000.000.021.xml", "10.0.0.21", kInputsSave21},
+    {"network.010.000.000.022.xml", "10.0.0.22", kTransportSave22},
+    {"network.010.000.000.022.xml", "10.0.0.22", kOutputSave22},
+    {"network.010.000.000.031.xml", "10.0.0.31", kIpSave31},
 };
 
 // A line that another unit's save left waiting for the daemon.
@@ -93,8 +83,7 @@ TEST_P(FailedWrites, KeepTheDocumentAndQueueNothing)
         TempRoot root;
         std::vector<Mount> mounts;
         RestoreMode restore;
-        CgiRequest request = post(save.body);
-        Limits limits;
+        CgiRequest request = postRequest(save.body);
 
         // The configuration folder on a small tmpfs of its own, for the full and read-only cases.
         if (c.condition == Condition::noBlockLeft || c.condition == Condition::noInodeLeft ||
@@ -139,7 +128,7 @@ TEST_P(FailedWrites, KeepTheDocumentAndQueueNothing)
                 GTEST_SKIP() << "an earlier test of this process took a user namespace, where the "
                                 "folder's permissions do not bind it; run this test on its own";
             if (::geteuid() == 0) {
-                limits.unprivileged = true;
+                request.unprivileged = true;
             } else {
                 ASSERT_EQ(::chmod(root.config().c_str(), 0555), 0);
                 restore.folder = root.config();
@@ -150,10 +139,9 @@ TEST_P(FailedWrites, KeepTheDocumentAndQueueNothing)
         }
         const std::vector<std::string> listing = root.listing();
 
-        bool timedOut = false;
-        const CgiResult result = runBounded(root, request, kRunLimit, limits, &timedOut);
+        const CgiResult result = runCgi(root, request, kRunLimit);
         ++runs;
-        ASSERT_FALSE(timedOut);
+        ASSERT_FALSE(result.timedOut);
         EXPECT_EQ(result.status, 0);
         EXPECT_TRUE(result.out.starts_with(cambioip_test::kHeader));
         const std::string notSaved = "Changes for ip " + std::string(save.address) + " were not saved!<br>\n" + kSavingError;

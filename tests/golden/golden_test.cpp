@@ -227,7 +227,7 @@ TEST_P(Golden, AnswersAndFilesMatch)
     TempRoot root;
     if (!c.rack.empty()) {
         ASSERT_TRUE(fs::is_directory(kRacks / c.rack)) << "no rack " << c.rack;
-        fs::copy(kRacks / c.rack, root.path(), fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+        root.copyRack(c.rack);
     }
     for (const auto &[path, fixture] : c.copies) {
         ASSERT_TRUE(fs::exists(fs::path(CAMBIOIP_FIXTURES) / fixture)) << "no fixture " << fixture;

@@ -130,13 +130,6 @@ struct Inspection {
     std::vector<std::string> torn;
 };
 
-bool startsWith(const std::string &text, const char *prefix) { return text.rfind(prefix, 0) == 0; }
-
-bool endsWith(const std::string &text, const std::string &suffix)
-{
-    return text.size() >= suffix.size() && text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0;
-}
-
 // Every unit document parses; every line of the queue (and of the daemon's taken copy) is a
 // whole "network.<name>" naming a unit of the rack; the command file holds "2" (or nothing,
 // between the truncation and the write of a master save).
@@ -148,11 +141,11 @@ void inspect(const fs::path &config, Inspection &found)
     for (fs::directory_iterator it(config, error), end; !error && it != end; it.increment(error))
         names.push_back(it->path().filename().string());
     for (const std::string &name : names) {
-        if ((startsWith(name, "network") || startsWith(name, "sondeo")) && endsWith(name, ".xml")) {
+        if ((name.starts_with("network") || name.starts_with("sondeo")) && name.ends_with(".xml")) {
             ++found.documents;
             if (!xmlWellFormed(config / name))
                 found.torn.push_back(name + " is not well-formed XML");
-        } else if (startsWith(name, ".") && name.find(".tmp") != std::string::npos) {
+        } else if (name.starts_with(".") && name.find(".tmp") != std::string::npos) {
             ++found.temporaries;
         }
     }
@@ -210,6 +203,15 @@ std::string line(const char *format, ...)
     return std::string(buffer) + "\n";
 }
 
+// The items, each after a blank.
+std::string joined(const std::vector<std::string> &items)
+{
+    std::string list;
+    for (const std::string &item : items)
+        list += " " + item;
+    return list;
+}
+
 // Sleeps until `when`, in short steps, so that a run cut short is not held up.
 void sleepUntil(Clock::time_point when, const std::atomic<bool> &stop)
 {
@@ -232,7 +234,7 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
     const fs::path stateDir = state.path() / "demo", rack = stateDir / "demo-qam", config = rack / "config";
     const fs::path marks = stateDir / "marks", serverLog = stateDir / "server-stderr.log";
     fs::create_directories(marks);
-    fs::copy(fs::path(CAMBIOIP_FIXTURES) / "racks" / "qam", rack, fs::copy_options::recursive);
+    state.copyRack("qam", "demo/demo-qam");
     ASSERT_TRUE(fs::exists(config / "network.xml"));
 
     // The lock files are watched from before the server starts.
@@ -240,13 +242,12 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
     ASSERT_TRUE(watch.started()) << "inotify";
     const int port = freePort();
     ASSERT_GT(port, 0);
-    std::vector<std::string> env = {"LOAD_SERVER_LOG=" + serverLog.string()};
+    std::vector<std::string> env;
     if (pauseSet == nullptr || *pauseSet == '\0')
         env.push_back("CAMBIOIP_LOAD_PAUSE_MS=" + pause);
-    Process demo({"/bin/bash", "-c", "exec \"$0\" \"$@\" 2>\"$LOAD_SERVER_LOG\"",
-                  std::string(CAMBIOIP_SOURCE_DIR) + "/demo/run.sh", CAMBIOIP_CGI, std::to_string(port),
+    Process demo({std::string(CAMBIOIP_SOURCE_DIR) + "/demo/run.sh", CAMBIOIP_CGI, std::to_string(port),
                   stateDir.string()},
-                 env);
+                 env, serverLog.string());
     ASSERT_TRUE(demo.started());
     // Command 6 changes nothing on a rack whose lock nobody holds.
     ASSERT_EQ(httpRequestOnceUp(port, kCgi + "?command=6").status, 200) << readFile(serverLog);
@@ -281,7 +282,7 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
                 for (unsigned serial = 0; serial < 2; ++serial) {
                     const std::string body = saveForm(unit, kind, serial + 1).body;
                     const CgiResult r = runPost(alone, body);
-                    answers[serial] = startsWith(r.out, kHeader.c_str()) ? r.body() : "(no header) " + r.out;
+                    answers[serial] = r.out.starts_with(kHeader) ? r.body() : "(no header) " + r.out;
                 }
                 if (answers[0] == answers[1] && answers[1].find("ERROR!") == std::string::npos &&
                     answers[1].find("Changes saved for ip") != std::string::npos)
@@ -410,9 +411,7 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
             sleepUntil(next, stop);
             if (stop)
                 return;
-            const int fd = ::open(panel.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-            if (fd >= 0)
-                ::close(fd);
+            Descriptor(::open(panel.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
             ++panelHolds;
             sleepUntil(next + hold, stop);
             ::unlink(panel.c_str());
@@ -471,8 +470,7 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
     for (const RackUnit &unit : units) {
         if (saved.count(unit.suffix) == 0)
             continue;  // as the rack left it
-        const fs::path file = config / (unit.suffix.empty() ? "network.xml" : "network" + unit.sufijo() + ".xml");
-        const bool pending = xmlText(file, "/ENCODERCONFIG/CAMBIOSWEB").value_or("") == "1";
+        const bool pending = xmlText(config / unit.document(), "/ENCODERCONFIG/CAMBIOSWEB").value_or("") == "1";
         if (unit.suffix.empty())
             masterPending = pending;
         else if (pending)
@@ -517,9 +515,7 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
         Clock::time_point lastStart = saves.front()->start;
         for (const SaveRecord *s : saves)
             lastStart = std::max(lastStart, s->start);
-        const std::string file = combos[c].unit.suffix.empty()
-                                     ? "network.xml"
-                                     : "network" + combos[c].unit.sufijo() + ".xml";
+        const std::string file = combos[c].unit.document();
         const std::optional<std::string> stored = xmlText(config / file, path);
         ++fieldsChecked;
         const bool fromALastSave = stored && std::any_of(saves.begin(), saves.end(), [&](const SaveRecord *s) {
@@ -537,9 +533,9 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
     {
         std::istringstream in(readFile(serverLog));
         for (std::string text; std::getline(in, text);) {
-            if (startsWith(text, "demo daemon: applied"))
+            if (text.starts_with("demo daemon: applied"))
                 ++applied;
-            else if (startsWith(text, "demo daemon: ignored queue line"))
+            else if (text.starts_with("demo daemon: ignored queue line"))
                 ++ignoredLines;
             else
                 otherLines.push_back(text);
@@ -568,27 +564,18 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
     out += line("CAMBIOIP_LOAD_PAUSE_MS=%s (the server's pause after each document load); "
                 "one HTTP/1.0 connection per request",
                 pause.c_str());
-    if (!leftOut.empty()) {
-        std::string list;
-        for (const std::string &s : leftOut)
-            list += " " + s;
-        out += line("saves left out (they answer an error when run alone):%s", list.c_str());
-    }
+    if (!leftOut.empty())
+        out += line("saves left out (they answer an error when run alone):%s", joined(leftOut).c_str());
     out += line("requests: %zu in %.1f s = %.1f per second; failures: %ld", all.size(), elapsed,
                 static_cast<double>(all.size()) / elapsed, failures.count());
     out += line("%-28s %8s %10s %10s", "kind", "count", "p50 ms", "p99 ms");
-    {
-        std::vector<double> copy = all;
-        const double p50 = percentile(copy, 0.50), p99 = percentile(copy, 0.99);
-        out += line("%-28s %8zu %10.1f %10.1f", "all", all.size(), p50, p99);
-    }
-    for (size_t k = 0; k < kKindCount; ++k) {
-        std::vector<double> &v = byKindLatency[k];
-        const size_t count = v.size();
-        const double p50 = percentile(v, 0.50), p99 = percentile(v, 0.99);
-        const std::string name = std::string(kKinds[k].name) + " (" + std::to_string(kKinds[k].command) + ")";
-        out += line("%-28s %8zu %10.1f %10.1f", name.c_str(), count, p50, p99);
-    }
+    const auto latencyRow = [&](const std::string &name, std::vector<double> values) {
+        const double p50 = percentile(values, 0.50), p99 = percentile(values, 0.99);
+        out += line("%-28s %8zu %10.1f %10.1f", name.c_str(), values.size(), p50, p99);
+    };
+    latencyRow("all", all);
+    for (size_t k = 0; k < kKindCount; ++k)
+        latencyRow(std::string(kKinds[k].name) + " (" + std::to_string(kKinds[k].command) + ")", byKindLatency[k]);
     out += line("page lock: taken %ld, refused %ld (expected answers), held by two or more clients at once %ld times "
                 "(web.lock is shared: allowed)",
                 taken, refusals, overlaps);
@@ -603,13 +590,8 @@ TEST(Load, OperatorsAtOnceThroughTheDemoServer)
                 watch.secondsPresent("HBK.lock"), panelHolds);
     out += line("daemon: %ld documents applied; queue drained %s after the clients stopped (%.1f s)", applied,
                 drained ? "in full" : "NOT in full", drainSeconds);
-    {
-        std::string list;
-        for (const std::string &u : pendingUnits)
-            list += " " + u;
-        out += line("saved units left pending after the daemon took the queue: %zu%s; master: %s",
-                    pendingUnits.size(), list.c_str(), masterPending ? "pending" : "applied or not saved");
-    }
+    out += line("saved units left pending after the daemon took the queue: %zu%s; master: %s", pendingUnits.size(),
+                joined(pendingUnits).c_str(), masterPending ? "pending" : "applied or not saved");
     out += line("documents checked: %ld (%d looks during the run, 1 at the end); queue lines checked: %ld; "
                 "temporary files seen during the run: %ld, left at the end: %ld",
                 during.documents + end.documents, looks, during.queueLines + end.queueLines, during.temporaries,

@@ -17,13 +17,13 @@ const std::set<std::string> kRefusing = {"control.lock", "command.msg", "HBK.loc
 }  // namespace
 
 LockWatch::LockWatch(const std::filesystem::path &config, const std::filesystem::path &marks, int clients)
-    : marks_(marks), clients_(static_cast<size_t>(clients))
+    : marks_(marks), inotify_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)), clients_(static_cast<size_t>(clients))
 {
-    fd_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (fd_ < 0)
+    if (inotify_.fd < 0)
         return;
-    configWatch_ = ::inotify_add_watch(fd_, config.c_str(), IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO);
-    marksWatch_ = ::inotify_add_watch(fd_, marks.c_str(), IN_CLOSE_WRITE);
+    configWatch_ =
+        ::inotify_add_watch(inotify_.fd, config.c_str(), IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO);
+    marksWatch_ = ::inotify_add_watch(inotify_.fd, marks.c_str(), IN_CLOSE_WRITE);
     if (configWatch_ < 0 || marksWatch_ < 0)
         return;
     // Whatever is already there; a file appearing meanwhile is counted once.
@@ -36,12 +36,7 @@ LockWatch::LockWatch(const std::filesystem::path &config, const std::filesystem:
     thread_ = std::thread([this] { run(); });
 }
 
-LockWatch::~LockWatch()
-{
-    stop();
-    if (fd_ >= 0)
-        ::close(fd_);
-}
+LockWatch::~LockWatch() { stop(); }
 
 void LockWatch::mark(int client)
 {
@@ -50,12 +45,8 @@ void LockWatch::mark(int client)
     Client &c = clients_[static_cast<size_t>(client)];
     c.markedStart = !c.markedStart;
     const std::string path = (marks_ / ("c" + std::to_string(client) + (c.markedStart ? "a" : "b"))).string();
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-    if (fd < 0) {
+    if (Descriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644)).fd < 0)
         markFailed_ = true;
-        return;
-    }
-    ::close(fd);
 }
 
 void LockWatch::stop()
@@ -74,13 +65,14 @@ double LockWatch::secondsPresent(const std::string &name) const
 
 int LockWatch::created(const std::string &name) const
 {
-    return name == "control.lock" ? createdControl_ : name == "command.msg" ? createdCommand_ : createdPanel_;
+    const auto it = created_.find(name);
+    return it == created_.end() ? 0 : it->second;
 }
 
 void LockWatch::run()
 {
     while (!stop_) {
-        pollfd p{fd_, POLLIN, 0};
+        pollfd p{inotify_.fd, POLLIN, 0};
         if (::poll(&p, 1, 100) > 0)
             drain();
     }
@@ -91,7 +83,7 @@ void LockWatch::drain()
 {
     alignas(inotify_event) char buffer[64 * 1024];
     for (;;) {
-        const ssize_t n = ::read(fd_, buffer, sizeof buffer);
+        const ssize_t n = ::read(inotify_.fd, buffer, sizeof buffer);
         if (n <= 0)
             return;
         for (ssize_t at = 0; at < n;) {
@@ -126,9 +118,7 @@ void LockWatch::drain()
                     if (!present_.insert(name).second)
                         continue;
                     since_[name] = std::chrono::steady_clock::now();
-                    ++(name == "control.lock"  ? createdControl_
-                       : name == "command.msg" ? createdCommand_
-                                               : createdPanel_);
+                    ++created_[name];
                     for (Client &c : clients_)
                         if (c.inRequest)
                             c.now.refusedAtSomeMoment = true;

@@ -6,6 +6,8 @@
 // file existed at some moment of the request, and whether one existed all through it.
 #pragma once
 
+#include "support/cgi_runner.h"
+
 #include <atomic>
 #include <chrono>
 #include <map>
@@ -55,7 +57,7 @@ class LockWatch {
     void drain();
 
     std::filesystem::path marks_;
-    int fd_ = -1;
+    Descriptor inotify_;
     int configWatch_ = -1, marksWatch_ = -1;
     bool started_ = false;
     std::atomic<bool> stop_{false};
@@ -65,7 +67,7 @@ class LockWatch {
     std::map<std::string, std::chrono::steady_clock::time_point> since_;
     std::map<std::string, double> seconds_;
     std::vector<Client> clients_;
-    int createdControl_ = 0, createdCommand_ = 0, createdPanel_ = 0;
+    std::map<std::string, int> created_;
     std::thread thread_;
 };
 

@@ -8,23 +8,31 @@ namespace cambioip_test::load {
 
 namespace {
 
-// "1_v_2_v_..._n_v": a per-line list of the save frame with the same value on every line.
-std::string lines(int count, const std::string &value)
+// "1_v_2_v_..._n_v": a per-line list of the save frame with the same value on every line but
+// the first, which holds `first`.
+std::string lines(int count, const std::string &value, const std::string &first)
 {
     std::string list;
     for (int line = 1; line <= count; ++line)
-        list += (line > 1 ? "_" : "") + std::to_string(line) + "_" + value;
+        list += (line > 1 ? "_" : "") + std::to_string(line) + "_" + (line == 1 ? first : value);
     return list;
 }
 
-// The same list whose first line holds `first`.
-std::string linesFirst(int count, const std::string &first, const std::string &others)
-{
-    std::string list = "1_" + first;
-    for (int line = 2; line <= count; ++line)
-        list += "_" + std::to_string(line) + "_" + others;
-    return list;
-}
+std::string lines(int count, const std::string &value) { return lines(count, value, value); }
+
+// Each save's command, and where its marker lands in the unit's document (XPath), or nullptr.
+struct SaveRow {
+    int command;
+    const char *marker;
+};
+constexpr SaveRow kSaveRows[] = {
+    {4, "/ENCODERCONFIG/NETWORK/ORDEN"},           // SaveKind::Network
+    {11, nullptr},                                  // SaveKind::Inputs
+    {20, "/ENCODERCONFIG/SALIDATS/CANAL1/NOMBRE"},  // SaveKind::Transport
+    {21, "/ENCODERCONFIG/SALIDAQAM/NIVEL"},         // SaveKind::Output
+    {22, nullptr},                                  // SaveKind::Test
+    {28, "/ENCODERCONFIG/SALIDAIP/SALIDA1/PUERTO"}, // SaveKind::Ip
+};
 
 }  // namespace
 
@@ -53,6 +61,8 @@ std::string RackUnit::sufijo() const
 
 std::string RackUnit::label() const { return suffix.empty() ? "master" : address; }
 
+std::string RackUnit::document() const { return suffix.empty() ? "network.xml" : "network" + sufijo() + ".xml"; }
+
 std::vector<RackUnit> unitsOfPages(const std::string &network, const std::string &transport, const std::string &ip)
 {
     static const std::regex row("name=\"numcanales((_[0-9]{3}){4})?\"");
@@ -75,31 +85,9 @@ std::vector<RackUnit> unitsOfPages(const std::string &network, const std::string
     return units;
 }
 
-int saveCommand(SaveKind kind)
-{
-    switch (kind) {
-    case SaveKind::Network: return 4;
-    case SaveKind::Inputs: return 11;
-    case SaveKind::Transport: return 20;
-    case SaveKind::Output: return 21;
-    case SaveKind::Test: return 22;
-    case SaveKind::Ip: return 28;
-    }
-    return 0;
-}
+int saveCommand(SaveKind kind) { return kSaveRows[static_cast<size_t>(kind)].command; }
 
-const char *markerPath(SaveKind kind)
-{
-    switch (kind) {
-    case SaveKind::Network: return "/ENCODERCONFIG/NETWORK/ORDEN";
-    case SaveKind::Transport: return "/ENCODERCONFIG/SALIDATS/CANAL1/NOMBRE";
-    case SaveKind::Output: return "/ENCODERCONFIG/SALIDAQAM/NIVEL";
-    case SaveKind::Ip: return "/ENCODERCONFIG/SALIDAIP/SALIDA1/PUERTO";
-    case SaveKind::Inputs:
-    case SaveKind::Test: return nullptr;
-    }
-    return nullptr;
-}
+const char *markerPath(SaveKind kind) { return kSaveRows[static_cast<size_t>(kind)].marker; }
 
 SaveForm saveForm(const RackUnit &unit, SaveKind kind, unsigned serial)
 {
@@ -124,7 +112,7 @@ SaveForm saveForm(const RackUnit &unit, SaveKind kind, unsigned serial)
     case SaveKind::Transport:
         // The first service's name is the marker.
         form.marker = "L" + std::to_string(serial);
-        b += "&numcanales=" + std::to_string(n) + "&tsid=2000&cnam=" + linesFirst(n, form.marker, "CH") +
+        b += "&numcanales=" + std::to_string(n) + "&tsid=2000&cnam=" + lines(n, "CH", form.marker) +
              "&svpid=" + lines(n, "481") + "&sapid=" + lines(n, "482") + "&mchn=" + lines(n, "12") +
              "&chnm=" + lines(n, "1") + "&autochan=" + lines(n, "0") + "&svcid=" + lines(n, "601") +
              "&haysalidaip=" + (unit.ipPort ? "1" : "0") + "&ntotserv=" + std::to_string(n);
@@ -144,21 +132,13 @@ SaveForm saveForm(const RackUnit &unit, SaveKind kind, unsigned serial)
         form.marker = std::to_string(1024 + serial % 60000);
         b += "&numcanales=" + std::to_string(n) + "&nentip=" + std::to_string(k) +
              "&iptxrx=1&iptype=1&haysalidaip=" + (unit.ipPort ? "1" : "0") + "&ipen=" + lines(k, "1") +
-             "&outputIP=" + lines(k, "239.1.2.3") + "&outputport=" + linesFirst(k, form.marker, "6200") +
+             "&outputIP=" + lines(k, "239.1.2.3") + "&outputport=" + lines(k, "6200", form.marker) +
              "&ippackets=" + lines(k, "7") + "&scanstd=" + lines(k, "0") + "&ipproto=" + lines(k, "0") +
              "&ipfecen=" + lines(k, "0") + "&ipfecannex=" + lines(k, "0");
         break;
     }
     }
     return form;
-}
-
-size_t rowCount(const std::string &page)
-{
-    size_t rows = 0;
-    for (size_t at = page.find("<tr"); at != std::string::npos; at = page.find("<tr", at + 3))
-        ++rows;
-    return rows;
 }
 
 std::string pageFault(const std::string &body, size_t rows)

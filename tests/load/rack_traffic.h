@@ -2,9 +2,8 @@
 // and saves, the rack's units as the pages show them, and what a whole answer looks like.
 #pragma once
 
-#include "support/servidor_http.h"
+#include "support/cgi_runner.h"
 
-#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +22,7 @@ struct RackUnit {
     int ipLines = 0;      // nentip
     std::string sufijo() const;  // ".010.000.000.021", empty for the master
     std::string label() const;   // "10.0.0.21" or "master"
+    std::string document() const;  // its document in config/: "network.010.000.000.021.xml"
 };
 
 // Every unit row of the transport page, completed from the network and IP pages. Empty when a
@@ -30,7 +30,7 @@ struct RackUnit {
 std::vector<RackUnit> unitsOfPages(const std::string &network, const std::string &transport,
                                    const std::string &ip);
 
-// The saves of the operator's pages.
+// The saves of the operator's pages, in the order of their table in rack_traffic.cpp.
 enum class SaveKind { Network, Inputs, Transport, Output, Test, Ip };
 inline constexpr SaveKind kSaveKinds[] = {SaveKind::Network, SaveKind::Inputs, SaveKind::Transport,
                                           SaveKind::Output,  SaveKind::Test,   SaveKind::Ip};
@@ -48,7 +48,7 @@ SaveForm saveForm(const RackUnit &unit, SaveKind kind, unsigned serial);
 const char *markerPath(SaveKind kind);
 
 // Rows of a page (its "<tr" tags): the same for a page of the same rack, whatever the values.
-size_t rowCount(const std::string &page);
+inline size_t rowCount(const std::string &page) { return occurrences(page, "<tr"); }
 // What is wrong with a page's body, empty when it is whole: wrapped in the page frame, no error
 // fragment, no unreadable document, and as many rows as the page had on the quiet rack.
 std::string pageFault(const std::string &body, size_t rows);

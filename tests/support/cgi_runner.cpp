@@ -3,20 +3,33 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
-#include <spawn.h>
+#include <grp.h>
+#include <poll.h>
 #include <sstream>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace cambioip_test {
 
-
 namespace {
+
+// The user the unprivileged runs take (nobody on Debian).
+constexpr uid_t kNobody = 65534;
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
 
 fs::path makeTempDir(const char *tag)
 {
@@ -24,6 +37,19 @@ fs::path makeTempDir(const char *tag)
     if (mkdtemp(pattern.data()) == nullptr)
         throw std::runtime_error("mkdtemp failed");
     return pattern;
+}
+
+// The path of a command as the shell finds it in PATH.
+std::string lookUp(const std::string &command)
+{
+    if (command.find('/') != std::string::npos)
+        return command;
+    std::istringstream folders(std::getenv("PATH") != nullptr ? std::getenv("PATH") : "/usr/bin:/bin");
+    for (std::string folder; std::getline(folders, folder, ':');)
+        if (const fs::path candidate = fs::path(folder.empty() ? "." : folder) / command;
+            ::access(candidate.c_str(), X_OK) == 0)
+            return candidate;
+    return command;
 }
 
 }  // namespace
@@ -34,6 +60,14 @@ std::string readFile(const fs::path &path)
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
+}
+
+size_t occurrences(const std::string &text, const std::string &what)
+{
+    size_t found = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + what.size()))
+        ++found;
+    return found;
 }
 
 TempRoot::TempRoot() : root_(makeTempDir("root"))
@@ -56,9 +90,10 @@ void TempRoot::copyConfig(const fs::path &fixtureDir) const
             fs::copy_file(entry.path(), config() / entry.path().filename(), fs::copy_options::overwrite_existing);
 }
 
-void TempRoot::copyRack(const std::string &name) const
+void TempRoot::copyRack(const std::string &name, const std::string &into) const
 {
-    fs::copy(fs::path(CAMBIOIP_FIXTURES) / "racks" / name, root_,
+    fs::create_directories(root_ / into);
+    fs::copy(fs::path(CAMBIOIP_FIXTURES) / "racks" / name, root_ / into,
              fs::copy_options::recursive | fs::copy_options::overwrite_existing);
 }
 
@@ -106,29 +141,35 @@ std::string testProgram()
     return other != nullptr && *other != '\0' ? other : CAMBIOIP_CGI;
 }
 
-CgiResult runCgi(const TempRoot &root, const CgiRequest &request)
+CgiRequest getRequest(const std::string &query) { return {{{"REQUEST_METHOD", "GET"}, {"QUERY_STRING", query}}, "", ""}; }
+
+CgiRequest postRequest(const std::string &body, int pauseMs)
 {
-    // CAMBIOIP_TEST_PROGRAM runs the cases against another build of the program, e.g. the
-    // statically linked one that make install puts on the master.
-    return runCgiProgram(testProgram(), root, request);
+    return {{{"REQUEST_METHOD", "POST"},
+             {"CONTENT_LENGTH", std::to_string(body.size())},
+             {"CAMBIOIP_LOAD_PAUSE_MS", std::to_string(pauseMs)}},
+            body,
+            ""};
 }
 
-CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, const CgiRequest &request)
+CgiProcess::CgiProcess(const TempRoot &root, const CgiRequest &request)
+    : scratch_(makeTempDir("run"))
 {
-    fs::path scratch = makeTempDir("run");
-    fs::path inPath = scratch / "stdin", outPath = scratch / "stdout", errPath = scratch / "stderr";
-    {
-        std::ofstream in(inPath, std::ios::binary);
-        in << request.stdinData;
-    }
-    fs::path work = request.workingDir.empty() ? scratch / "cwd" : fs::path(request.workingDir);
+    const fs::path inPath = scratch_ / "stdin", outPath = scratch_ / "stdout", errPath = scratch_ / "stderr";
+    const fs::path work = request.workingDir.empty() ? scratch_ / "cwd" : fs::path(request.workingDir);
+    std::ofstream(inPath, std::ios::binary) << request.stdinData;
     fs::create_directories(work);
 
     std::map<std::string, std::string> env = request.env;
     env.try_emplace("CAMBIOIP_ROOT", root.path().string());
     env.try_emplace("CAMBIOIP_LOAD_PAUSE_MS", "0");
-    // Sanitizer reports must fail the run, and the runtime needs no symbolizer path.
-    if (const char *asan = std::getenv("ASAN_OPTIONS"))
+    // Sanitizer reports must fail the run, and the runtime needs no symbolizer path. The
+    // sanitizer's shadow memory rules out an address-space limit: its RSS limit bounds the run.
+    std::string asan = std::getenv("ASAN_OPTIONS") != nullptr ? std::getenv("ASAN_OPTIONS") : "";
+    if (kSanitized && request.memoryLimit > 0)
+        asan += (asan.empty() ? "" : ":") + std::string("hard_rss_limit_mb=") +
+                std::to_string(request.memoryLimit >> 20);
+    if (!asan.empty())
         env.try_emplace("ASAN_OPTIONS", asan);
     std::vector<std::string> envText;
     for (const auto &[name, value] : env)
@@ -138,65 +179,162 @@ CgiResult runCgiProgram(const std::string &programPath, const TempRoot &root, co
         envp.push_back(text.data());
     envp.push_back(nullptr);
 
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, inPath.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addchdir_np(&actions, work.c_str());
-
     // CAMBIOIP_TEST_LAUNCHER is a command, split on blanks, that runs the program: an
     // emulator for a build of another machine, e.g. "qemu-arm -L /usr/arm-linux-gnueabihf".
+    // A launcher is looked up in PATH here, since only async-signal-safe calls may follow fork.
     std::vector<std::string> words = testLauncher();
-    const bool launched = !words.empty();
-    words.push_back(programPath);
+    words.push_back(testProgram());
+    const std::string executable = words.size() > 1 ? lookUp(words.front()) : words.front();
     std::vector<char *> argv;
     for (auto &word : words)
         argv.push_back(word.data());
     argv.push_back(nullptr);
-    const std::string &program = words.front();
-    pid_t pid = 0;
-    CgiResult result;
-    // The program inherits the file-size limit it is started with; ours is put back at once.
-    rlimit ours{};
-    getrlimit(RLIMIT_FSIZE, &ours);
-    if (request.fileSizeLimit >= 0) {
-        rlimit limited = ours;
-        limited.rlim_cur = static_cast<rlim_t>(request.fileSizeLimit);
-        setrlimit(RLIMIT_FSIZE, &limited);
+    if (::access(executable.c_str(), X_OK) != 0) {
+        ADD_FAILURE() << "cannot start " << words.front() << ": " << std::strerror(errno);
+        return;
     }
-    // A launcher is looked up in PATH, the program itself is started by its path.
-    int rc = launched ? posix_spawnp(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data())
-                      : posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data());
-    setrlimit(RLIMIT_FSIZE, &ours);
-    posix_spawn_file_actions_destroy(&actions);
-    if (rc == 0) {
-        int status = 0;
-        waitpid(pid, &status, 0);
-        result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    } else {
-        ADD_FAILURE() << "cannot start " << program << ": " << std::strerror(rc);
+
+    if (request.unprivileged) {
+        // The run must reach its working folder; nothing lets it write there.
+        const fs::perms reachable = fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                                    fs::perms::others_read | fs::perms::others_exec;
+        fs::permissions(scratch_, reachable);
+        fs::permissions(work, reachable);
     }
-    result.out = readFile(outPath);
-    result.err = readFile(errPath);
-    if (request.workingDir.empty()) {
-        // Nothing may be written to the working folder: every file goes under the root.
-        for (const auto &entry : fs::directory_iterator(work))
-            ADD_FAILURE() << "file written outside the root: " << entry.path();
+
+    const Descriptor in(::open(inPath.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor out(::open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    const Descriptor err(::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    if (in.fd < 0 || out.fd < 0 || err.fd < 0) {
+        ADD_FAILURE() << "cannot open the run's standard streams in " << scratch_;
+        return;
     }
+    const auto bound = [](long value, long extra = 0) {
+        return rlimit{static_cast<rlim_t>(value), static_cast<rlim_t>(value + extra)};
+    };
+    const rlimit fileSize = bound(request.fileSizeLimit), memory = bound(request.memoryLimit),
+                 cpu = bound(request.cpuSeconds, 1);
+    const bool limitMemory = request.memoryLimit > 0 && !kSanitized;
+
+    pid_ = ::fork();
+    if (pid_ == 0) {
+        // Only async-signal-safe calls between fork and exec: other threads may run saves too.
+        if (::dup2(in.fd, 0) < 0 || ::dup2(out.fd, 1) < 0 || ::dup2(err.fd, 2) < 0 || ::chdir(work.c_str()) != 0)
+            ::_exit(125);
+        if ((request.fileSizeLimit >= 0 && ::setrlimit(RLIMIT_FSIZE, &fileSize) != 0) ||
+            (limitMemory && ::setrlimit(RLIMIT_AS, &memory) != 0) ||
+            (request.cpuSeconds > 0 && ::setrlimit(RLIMIT_CPU, &cpu) != 0))
+            ::_exit(125);
+        if (request.unprivileged &&
+            (::setgroups(0, nullptr) != 0 || ::setgid(kNobody) != 0 || ::setuid(kNobody) != 0))
+            ::_exit(126);
+        ::execve(executable.c_str(), argv.data(), envp.data());
+        ::_exit(127);
+    }
+    if (pid_ < 0) {
+        ADD_FAILURE() << "fork: " << std::strerror(errno);
+        return;
+    }
+    // A descriptor that becomes readable when the run ends wakes the waiter at once.
+    pidfd_ = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
+}
+
+CgiProcess::~CgiProcess()
+{
+    if (pid_ > 0)
+        kill();
+    if (pidfd_ >= 0)
+        ::close(pidfd_);
     std::error_code ignored;
-    fs::remove_all(scratch, ignored);
+    fs::remove_all(scratch_, ignored);
+}
+
+void CgiProcess::reap(int status)
+{
+    status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    pid_ = 0;
+}
+
+bool CgiProcess::ended()
+{
+    if (pid_ <= 0)
+        return true;
+    int status = 0;
+    if (::waitpid(pid_, &status, WNOHANG) != pid_)
+        return false;
+    reap(status);
+    return true;
+}
+
+bool CgiProcess::wait(std::optional<std::chrono::milliseconds> limit)
+{
+    if (!limit) {
+        int status = 0;
+        while (pid_ > 0 && ::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+        }
+        if (pid_ > 0)
+            reap(status);
+        return true;
+    }
+    const auto deadline = std::chrono::steady_clock::now() + *limit;
+    auto nap = std::chrono::microseconds(200);
+    while (!ended()) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            timedOut_ = true;
+            kill();
+            return false;
+        }
+        if (pidfd_ >= 0) {
+            const auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+            pollfd wake{pidfd_, POLLIN, 0};
+            ::poll(&wake, 1, static_cast<int>(std::clamp<long long>(left.count() + 1, 1, 1000)));
+            continue;
+        }
+        std::this_thread::sleep_for(nap);
+        nap = std::min<std::chrono::microseconds>(nap * 2, std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
+bool CgiProcess::kill()
+{
+    if (pid_ <= 0)
+        return status_ != 128 + SIGKILL;
+    // A run that ended but is not reaped yet keeps its pid, so the signal cannot reach
+    // another process; its status says whether it ended before the signal.
+    ::kill(pid_, SIGKILL);
+    int status = 0;
+    while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+    }
+    reap(status);
+    return status_ != 128 + SIGKILL;
+}
+
+CgiResult CgiProcess::result() const
+{
+    CgiResult result;
+    result.status = status_;
+    result.timedOut = timedOut_;
+    result.out = readFile(scratch_ / "stdout");
+    result.err = readFile(scratch_ / "stderr");
+    // Nothing may be written to the working folder: every file goes under the root.
+    std::error_code ignored;
+    if (fs::exists(scratch_ / "cwd"))
+        for (const auto &entry : fs::directory_iterator(scratch_ / "cwd", ignored))
+            ADD_FAILURE() << "file written outside the root: " << entry.path();
     return result;
 }
 
-CgiResult runGet(const TempRoot &root, const std::string &query)
+CgiResult runCgi(const TempRoot &root, const CgiRequest &request, std::optional<std::chrono::milliseconds> limit)
 {
-    return runCgi(root, {{{"REQUEST_METHOD", "GET"}, {"QUERY_STRING", query}}, "", ""});
+    CgiProcess run(root, request);
+    run.wait(limit);
+    return run.result();
 }
 
-CgiResult runPost(const TempRoot &root, const std::string &body)
-{
-    return runCgi(root, {{{"REQUEST_METHOD", "POST"}, {"CONTENT_LENGTH", std::to_string(body.size())}}, body, ""});
-}
+CgiResult runGet(const TempRoot &root, const std::string &query) { return runCgi(root, getRequest(query)); }
+
+CgiResult runPost(const TempRoot &root, const std::string &body) { return runCgi(root, postRequest(body)); }
 
 }  // namespace cambioip_test

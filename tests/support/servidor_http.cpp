@@ -1,5 +1,7 @@
 #include "support/servidor_http.h"
 
+#include "support/cgi_runner.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,14 +28,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // Non-blocking, so that every wait of a request is bounded by its deadline.
-struct Socket {
-    int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    ~Socket()
-    {
-        if (fd >= 0)
-            ::close(fd);
-    }
-};
+int newSocket() { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0); }
 
 // Waits until the socket is ready for `events` or the deadline passes.
 bool ready(int fd, short events, Clock::time_point deadline)
@@ -64,7 +59,7 @@ sockaddr_in loopback(int port)
 
 int freePort()
 {
-    Socket s;
+    const Descriptor s(newSocket());
     sockaddr_in address = loopback(0);
     if (::bind(s.fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
         return -1;
@@ -77,7 +72,7 @@ HttpAnswer httpRequest(int port, const std::string &target, const std::string *b
                        const std::string &extraHeaders, std::chrono::milliseconds limit)
 {
     const Clock::time_point deadline = Clock::now() + limit;
-    Socket s;
+    const Descriptor s(newSocket());
     if (s.fd < 0)
         return {};
     sockaddr_in address = loopback(port);
@@ -164,7 +159,8 @@ std::string basicAuthorization(const std::string &user, const std::string &passw
     return "Authorization: Basic " + out + "\r\n";
 }
 
-Process::Process(const std::vector<std::string> &argv, const std::vector<std::string> &extraEnv)
+Process::Process(const std::vector<std::string> &argv, const std::vector<std::string> &extraEnv,
+                 const std::string &errorLog)
 {
     std::vector<std::string> env(extraEnv);
     for (char **e = environ; *e != nullptr; ++e)
@@ -180,6 +176,8 @@ Process::Process(const std::vector<std::string> &argv, const std::vector<std::st
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    if (!errorLog.empty())
+        posix_spawn_file_actions_addopen(&actions, 2, errorLog.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     if (posix_spawn(&pid_, args[0], &actions, nullptr, args.data(), envp.data()) != 0)
         pid_ = -1;
     posix_spawn_file_actions_destroy(&actions);

@@ -32,10 +32,12 @@ HttpAnswer httpRequestOnceUp(int port, const std::string &target, const std::str
 std::string basicAuthorization(const std::string &user, const std::string &password);
 
 // A program started with its arguments and extra environment (NAME=value), standard output
-// sent to /dev/null; SIGTERM and reaped when the object goes away.
+// sent to /dev/null, standard error to errorLog when given; SIGTERM and reaped when the object
+// goes away.
 class Process {
   public:
-    Process(const std::vector<std::string> &argv, const std::vector<std::string> &extraEnv = {});
+    Process(const std::vector<std::string> &argv, const std::vector<std::string> &extraEnv = {},
+            const std::string &errorLog = "");
     ~Process();
     Process(const Process &) = delete;
     Process &operator=(const Process &) = delete;
