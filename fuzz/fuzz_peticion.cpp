@@ -15,6 +15,7 @@
 
 #include "cambioIP/cambioIP.h"
 #include "funciones_XML/funciones_XML.h"
+#include "gestfich/gestfich.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -68,21 +69,7 @@ struct FreeDocument {
     void operator()(xmlDoc *document) const { xmlFreeDoc(document); }
 };
 
-class Descriptor {
-  public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    int get() const { return fd_; }
-
-  private:
-    int fd_;
-};
+using Descriptor = GESTFICH_Descriptor;
 
 // Every entry below the folder, depth first, as its path relative to the root and its lstat.
 template <typename Visit>
@@ -224,9 +211,9 @@ class Rack {
             fs::remove_all(full, ignored);
         }
         Descriptor fd(::open(full.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, file.mode));
-        if (fd.get() < 0 ||
-            ::write(fd.get(), file.content.data(), file.content.size()) != static_cast<ssize_t>(file.content.size()) ||
-            ::fchmod(fd.get(), file.mode) != 0 || ::fstat(fd.get(), &st) != 0)
+        if (fd.fd < 0 ||
+            ::write(fd.fd, file.content.data(), file.content.size()) != static_cast<ssize_t>(file.content.size()) ||
+            ::fchmod(fd.fd, file.mode) != 0 || ::fstat(fd.fd, &st) != 0)
             Fail("cannot put back %s: %s", path.c_str(), std::strerror(errno));
         file.stamp = Stamp::Of(st);
     }

@@ -66,30 +66,7 @@ struct LiberaMalloc {
 template <typename T>
 using BloqueMalloc = std::unique_ptr<T, LiberaMalloc>;
 
-// A file descriptor closed when the owner goes away.
-class Descriptor {
-  public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    int get() const { return fd_; }
-    bool valido() const { return fd_ >= 0; }
-    // Closes now, reporting the result (a delayed write error shows here).
-    bool cierra()
-    {
-        const int fd = fd_;
-        fd_ = -1;
-        return ::close(fd) == 0;
-    }
-
-  private:
-    int fd_;
-};
+using Descriptor = GESTFICH_Descriptor;
 
 // The layer's diagnostics: plain text on standard output, flushed at once.
 void imprime(const char *mensaje, ...) __attribute__((format(printf, 1, 2)));
@@ -806,14 +783,14 @@ xmlDocPtr LOAD_XML_RDONLY(const char *fichero, xmlDocPtr *documento)
     if (fichero == nullptr || documento == nullptr)
         return nullptr;
     Descriptor fd(::open(fichero, O_RDONLY | O_CLOEXEC));
-    if (!fd.valido()) {
+    if (fd.fd < 0) {
         imprime("LOAD_XML_RDONLY:Error Open:%s:%s:[ERROR]\n", fichero, std::strerror(errno));
         return nullptr;
     }
     // No unit document comes near this size: a larger file is not one, and parsing it
     // would cost the master many times its size in memory.
     struct stat estado {};
-    if (::fstat(fd.get(), &estado) == 0 && estado.st_size > FUNCXML_TamMaxDocumento) {
+    if (::fstat(fd.fd, &estado) == 0 && estado.st_size > FUNCXML_TamMaxDocumento) {
         imprime("LOAD_XML_RDONLY:Too large:%s:%lld bytes:[ERROR]\n", fichero, static_cast<long long>(estado.st_size));
         return nullptr;
     }
@@ -825,7 +802,7 @@ xmlDocPtr LOAD_XML_RDONLY(const char *fichero, xmlDocPtr *documento)
     // No entity substitution, no external DTD, no network: a document someone edited by
     // hand never reaches outside itself.
     errno = 0;
-    *documento = xmlReadFd(fd.get(), nullptr, "UTF-8", XML_PARSE_NONET);
+    *documento = xmlReadFd(fd.fd, nullptr, "UTF-8", XML_PARSE_NONET);
     const int error = errno;
     // The pause after each load keeps the apply daemon's reads of the same files apart.
     pausaCargaINT();

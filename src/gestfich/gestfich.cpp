@@ -16,7 +16,7 @@ struct CierraFichero {
 };
 using Fichero = std::unique_ptr<std::FILE, CierraFichero>;
 
-using Descriptor = GESTFICHINT_Descriptor;
+using Descriptor = GESTFICH_Descriptor;
 
 // The open command-file stream of the module (at most one).
 Fichero ficherocomando;

@@ -6,6 +6,27 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <unistd.h>
+
+// A file descriptor closed on every path.
+struct GESTFICH_Descriptor {
+    int fd;
+    explicit GESTFICH_Descriptor(int d) : fd(d) {}
+    GESTFICH_Descriptor(const GESTFICH_Descriptor &) = delete;
+    GESTFICH_Descriptor &operator=(const GESTFICH_Descriptor &) = delete;
+    ~GESTFICH_Descriptor()
+    {
+        if (fd >= 0)
+            ::close(fd);
+    }
+    // Closes now, reporting the result (a delayed write error shows here).
+    bool cierra()
+    {
+        const int d = fd;
+        fd = -1;
+        return ::close(d) == 0;
+    }
+};
 
 // Fixed paths of the daemon's files (map them with UTILS_MapeaRuta before use).
 inline constexpr const char *GESTFICH_FicheroCambios = "/config/fileschanged.list";

@@ -20,7 +20,7 @@
 
 namespace {
 
-using Descriptor = GESTFICHINT_Descriptor;
+using Descriptor = GESTFICH_Descriptor;
 
 // A temporary file removed when the owner goes away, unless it was renamed into place.
 class FicheroTemporal {
